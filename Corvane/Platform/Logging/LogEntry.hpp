@@ -1,0 +1,21 @@
+#pragma once
+
+#include <source_location>
+#include <string_view>
+
+#include <Corvane/Platform/Dates/Date.hpp>
+#include <Corvane/Platform/Logging/LogLevel.hpp>
+
+namespace corvane {
+
+/// One message on its way to a sink. The texts belong to the caller and live for the call only.
+struct LogEntry {
+    LogLevel level = LogLevel::info;
+    std::string_view subsystem;
+    std::string_view category;
+    std::string_view message;
+    Date time;
+    std::source_location location;
+};
+
+}  // namespace corvane
