@@ -11,8 +11,8 @@ namespace corvane {
 
 /// An immutable run of bytes whose copies share one buffer: a response body, a payload, a file's content.
 ///
-/// Copies are cheap and may be used from several threads. The buffer ends in at least 64 bytes that may be read
-/// beyond `size()`, so that a JSON reader needs no copy of its own.
+/// Copies are cheap and may be used from several threads. The buffer ends in at least 64 bytes that may be
+/// read beyond `size()`, so that a JSON reader needs no copy of its own.
 class CORVANE_EXPORT Data {
   public:
     /// Bytes behind the content that may be read (their values say nothing).
@@ -36,7 +36,7 @@ class CORVANE_EXPORT Data {
     /// The bytes seen as text; nothing is checked.
     [[nodiscard]] std::string_view text() const noexcept;
 
-    friend CORVANE_EXPORT bool operator==(const Data& a, const Data& b) noexcept;
+    [[nodiscard]] bool operator==(const Data& other) const noexcept;
 
   private:
     std::shared_ptr<const std::byte[]> buffer_;

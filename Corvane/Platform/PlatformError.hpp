@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// A failure reported by the platform's services: a domain and a code within it. Two are equal when domain and
-/// code are.
+/// A failure reported by the platform's services: a domain and a code within it. Two are equal when domain
+/// and code are.
 class CORVANE_EXPORT PlatformError {
   public:
     PlatformError(std::string domain, std::int64_t code, std::string text = {});
@@ -17,11 +17,12 @@ class CORVANE_EXPORT PlatformError {
 
     [[nodiscard]] std::int64_t code() const noexcept { return code_; }
 
-    /// What to tell a user: the error's own text or, without one, "The operation couldn’t be completed. (DOMAIN
-    /// error N.)".
+    /// What to tell a user: the error's own text or, without one, "The operation couldn’t be completed.
+    /// (DOMAIN error N.)".
     [[nodiscard]] std::string localizedDescription() const;
 
-    /// What to tell a developer: "Error Domain=… Code=…", followed by the own text in quotes where there is one.
+    /// What to tell a developer: "Error Domain=… Code=…", followed by the own text in quotes where there is
+    /// one.
     [[nodiscard]] std::string description() const;
 
     friend bool operator==(const PlatformError& a, const PlatformError& b) noexcept {

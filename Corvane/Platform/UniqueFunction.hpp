@@ -12,11 +12,12 @@ namespace corvane {
 template <class Signature, std::size_t InlineBytes = 48>
 class UniqueFunction;
 
-/// A move-only callable that keeps targets of up to `InlineBytes` bytes inside itself and larger ones on the heap.
+/// A move-only callable that keeps targets of up to `InlineBytes` bytes inside itself and larger ones on the
+/// heap.
 ///
-/// Calling an empty one is undefined; test it with `operator bool` first. Not thread-safe: like any value, one
-/// thread at a time. It lives on hot paths (every block of every queue is one), so moving a trivially copyable
-/// target is a plain copy of bytes and there is exactly one indirect call per invocation.
+/// Calling an empty one is undefined; test it with `operator bool` first. Not thread-safe: like any value,
+/// one thread at a time. It lives on hot paths (every block of every queue is one), so moving a trivially
+/// copyable target is a plain copy of bytes and there is exactly one indirect call per invocation.
 template <class R, class... Args, std::size_t InlineBytes>
 class UniqueFunction<R(Args...), InlineBytes> {
   public:
@@ -101,8 +102,9 @@ class UniqueFunction<R(Args...), InlineBytes> {
         [](void* storage, Args&&... args) -> R {
             return static_cast<R>(inlineTarget<Target>(storage)(std::forward<Args>(args)...));
         },
-        std::is_trivially_copyable_v<Target> && std::is_trivially_destructible_v<Target> ? nullptr
-                                                                                         : &relocateInline<Target>};
+        std::is_trivially_copyable_v<Target>&& std::is_trivially_destructible_v<Target>
+            ? nullptr
+            : &relocateInline<Target>};
 
     template <class Target>
     static constexpr Operations heapOperations{
