@@ -1,0 +1,101 @@
+#include <cstdint>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/ClientAPIError.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
+#include <Corvane/Platform/AnyError.hpp>
+
+namespace corvane {
+namespace {
+
+TEST(HTTPStatusCode, KnowsOnlyTheCodesTheDownloadRoadReactsTo) {
+    for (const HTTPStatusCode known :
+         {HTTPStatusCode::ok, HTTPStatusCode::notModified, HTTPStatusCode::notFound,
+          HTTPStatusCode::notAllowed, HTTPStatusCode::gone}) {
+        EXPECT_EQ(HTTPStatusCode::fromRawValue(known.rawValue()), known) << known.description();
+    }
+    constexpr std::int64_t wrapsTo200 = (std::int64_t{1} << 32) + 200;
+    for (const std::int64_t unknown : {std::int64_t{-200}, std::int64_t{0}, std::int64_t{201},
+                                       std::int64_t{302}, std::int64_t{401}, std::int64_t{500}, wrapsTo200}) {
+        EXPECT_EQ(HTTPStatusCode::fromRawValue(unknown), std::nullopt) << unknown;
+    }
+}
+
+TEST(HTTPStatusCode, RangesIncludeTheirLowerBoundOnly) {
+    struct Row {
+        std::int64_t status;
+        bool informational, successful, redirection, clientError, serverError;
+    };
+
+    constexpr Row rows[] = {
+        {-1, false, false, false, false, false},  {99, false, false, false, false, false},
+        {100, true, false, false, false, false},  {199, true, false, false, false, false},
+        {200, false, true, false, false, false},  {299, false, true, false, false, false},
+        {300, false, false, true, false, false},  {399, false, false, true, false, false},
+        {400, false, false, false, true, false},  {499, false, false, false, true, false},
+        {500, false, false, false, false, true},  {599, false, false, false, false, true},
+        {600, false, false, false, false, false},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.status);
+        EXPECT_EQ(HTTPStatusCode::isInformational(row.status), row.informational);
+        EXPECT_EQ(HTTPStatusCode::isSuccessful(row.status), row.successful);
+        EXPECT_EQ(HTTPStatusCode::isRedirection(row.status), row.redirection);
+        EXPECT_EQ(HTTPStatusCode::isClientError(row.status), row.clientError);
+        EXPECT_EQ(HTTPStatusCode::isServerError(row.status), row.serverError);
+        EXPECT_EQ(HTTPStatusCode::isClientOrServerError(row.status), row.clientError || row.serverError);
+        EXPECT_EQ(HTTPStatusCode::isNotError(row.status), !row.clientError && !row.serverError);
+    }
+}
+
+TEST(FailureCases, TellUsersAndDevelopersTheirTexts) {
+    struct Row {
+        AnyError error;
+        const char* userText;
+        const char* developerText;
+    };
+
+    using Client = ClientAPIError;
+    using Reason = ApiDataProviderFailureReason;
+    const Row rows[] = {
+        {Client::invalidResponse("a \"b\""), "Undefined", R"(invalidResponse(description: "a \"b\""))"},
+        {Client::invalidUrl(), "Invalid URL", "invalidUrl"},
+        {Client::invalidJson(), "Invalid JSON", "invalidJson"},
+        {Client::decryptionError(), "Decryption error", "decryptionError"},
+        {Client::parsingError(), "Parsing error", "parsingError"},
+        {Client::cancelled(), "Undefined", "cancelled"},
+        {Client::timeout(), "Timeout", "timeout"},
+        {Client::undefined(), "Undefined", "undefined"},
+        {Client::emptyData(), "Empty data", "emptyData"},
+        {Reason::invalidResponse("abc"), "Invalid response: abc", R"(invalidResponse(description: "abc"))"},
+        {Reason::invalidUrl(), "Invalid URL", "invalidUrl"},
+        {Reason::invalidJson(), "Invalid JSON", "invalidJson"},
+        {Reason::decryptionError(), "Decryption Error", "decryptionError"},
+        {Reason::parsingError(), "Parsing Error", "parsingError"},
+        {Reason::cancelled(), "Cancelled", "cancelled"},
+        {Reason::timeout(), "Timeout", "timeout"},
+        {Reason::undefined(), "Undefined", "undefined"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.error.localizedDescription(), row.userText);
+        EXPECT_EQ(row.error.description(), row.developerText);
+    }
+}
+
+TEST(FailureCases, AreEqualByCaseAndPayload) {
+    EXPECT_EQ(ClientAPIError::invalidResponse("a"), ClientAPIError::invalidResponse("a"));
+    EXPECT_NE(ClientAPIError::invalidResponse("a"), ClientAPIError::invalidResponse("b"));
+    EXPECT_NE(ClientAPIError::cancelled(), ClientAPIError::undefined());
+    EXPECT_EQ(ApiDataProviderFailureReason::timeout(), ApiDataProviderFailureReason::timeout());
+
+    const auto failure = ClientAPIError::invalidResponse("a");
+    ASSERT_NE(failure.asInvalidResponse(), nullptr);
+    EXPECT_EQ(failure.asInvalidResponse()->description, "a");
+    EXPECT_EQ(ClientAPIError::emptyData().asInvalidResponse(), nullptr);
+}
+
+}  // namespace
+}  // namespace corvane
