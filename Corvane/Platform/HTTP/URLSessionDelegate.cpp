@@ -1,0 +1,26 @@
+#include <Corvane/Platform/HTTP/URLSessionDelegate.hpp>
+
+namespace corvane {
+
+URLSessionDelegate::~URLSessionDelegate() = default;
+
+URLSessionDelayedRequestDecision URLSessionDelegate::taskWillBeginDelayedRequest(
+    URLSession& /*session*/, URLSessionDataTask& /*task*/, const URLRequest& /*request*/) {
+    return {};
+}
+
+URLSessionAuthChallengeDecision URLSessionDelegate::taskDidReceiveChallenge(
+    URLSession& /*session*/, URLSessionDataTask& /*task*/, const URLAuthenticationChallenge& /*challenge*/) {
+    return {};
+}
+
+void URLSessionDelegate::dataTaskDidReceiveData(URLSession& /*session*/, URLSessionDataTask& /*task*/,
+                                                const Data& /*data*/) {}
+
+void URLSessionDelegate::taskDidComplete(URLSession& /*session*/, URLSessionDataTask& /*task*/,
+                                         std::optional<PlatformError> /*error*/) {}
+
+void URLSessionDelegate::sessionDidBecomeInvalid(URLSession& /*session*/,
+                                                 std::optional<PlatformError> /*error*/) {}
+
+}  // namespace corvane
