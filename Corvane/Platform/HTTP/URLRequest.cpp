@@ -53,9 +53,4 @@ std::optional<std::string> URLRequest::value(std::string_view field) const {
     return known->value;
 }
 
-bool operator==(const URLRequest& a, const URLRequest& b) noexcept {
-    return a.url_ == b.url_ && a.cachePolicy_ == b.cachePolicy_ && a.timeoutInterval_ == b.timeoutInterval_ &&
-           a.httpMethod_ == b.httpMethod_ && a.httpBody_ == b.httpBody_ && a.headerFields_ == b.headerFields_;
-}
-
 }  // namespace corvane

@@ -77,7 +77,7 @@ class CORVANE_EXPORT URLRequest {
     /// unless they are stated; Content-Length and Transfer-Encoding are always its own.
     [[nodiscard]] const std::vector<HTTPHeaderField>& headerFields() const noexcept { return headerFields_; }
 
-    CORVANE_EXPORT friend bool operator==(const URLRequest& a, const URLRequest& b) noexcept;
+    friend bool operator==(const URLRequest&, const URLRequest&) = default;
 
   private:
     URL url_;
