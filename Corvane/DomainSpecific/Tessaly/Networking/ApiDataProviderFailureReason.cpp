@@ -6,18 +6,17 @@ namespace corvane {
 std::string ApiDataProviderFailureReason::errorDescription() const {
     using namespace failureCases;
     using Text = std::string;
-    return std::visit(
-        CaseVisitor{
-            [](const InvalidResponse& failure) { return "Invalid response: " + failure.description; },
-            [](InvalidUrl) { return Text("Invalid URL"); },
-            [](InvalidJson) { return Text("Invalid JSON"); },
-            [](DecryptionError) { return Text("Decryption Error"); },
-            [](ParsingError) { return Text("Parsing Error"); },
-            [](Cancelled) { return Text("Cancelled"); },
-            [](Timeout) { return Text("Timeout"); },
-            [](Undefined) { return Text("Undefined"); },
-        },
-        case_);
+    return std::visit(CaseVisitor{
+                          [](const InvalidResponse& failure) { return "Invalid response: " + failure.description; },
+                          [](InvalidUrl) { return Text("Invalid URL"); },
+                          [](InvalidJson) { return Text("Invalid JSON"); },
+                          [](DecryptionError) { return Text("Decryption Error"); },
+                          [](ParsingError) { return Text("Parsing Error"); },
+                          [](Cancelled) { return Text("Cancelled"); },
+                          [](Timeout) { return Text("Timeout"); },
+                          [](Undefined) { return Text("Undefined"); },
+                      },
+                      case_);
 }
 
 std::string ApiDataProviderFailureReason::description() const {

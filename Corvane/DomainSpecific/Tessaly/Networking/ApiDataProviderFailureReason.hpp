@@ -75,14 +75,12 @@ class CORVANE_EXPORT ApiDataProviderFailureReason {
     /// payload.
     [[nodiscard]] std::string description() const;
 
-    friend bool operator==(const ApiDataProviderFailureReason&,
-                           const ApiDataProviderFailureReason&) = default;
+    friend bool operator==(const ApiDataProviderFailureReason&, const ApiDataProviderFailureReason&) = default;
 
   private:
-    using Case =
-        std::variant<failureCases::InvalidResponse, failureCases::InvalidUrl, failureCases::InvalidJson,
-                     failureCases::DecryptionError, failureCases::ParsingError, failureCases::Cancelled,
-                     failureCases::Timeout, failureCases::Undefined>;
+    using Case = std::variant<failureCases::InvalidResponse, failureCases::InvalidUrl, failureCases::InvalidJson,
+                              failureCases::DecryptionError, failureCases::ParsingError, failureCases::Cancelled,
+                              failureCases::Timeout, failureCases::Undefined>;
 
     explicit ApiDataProviderFailureReason(Case failure) noexcept : case_(std::move(failure)) {}
 

@@ -20,13 +20,9 @@ class CORVANE_EXPORT ClientAPIError {
 
     [[nodiscard]] static ClientAPIError invalidJson() { return ClientAPIError(failureCases::InvalidJson{}); }
 
-    [[nodiscard]] static ClientAPIError decryptionError() {
-        return ClientAPIError(failureCases::DecryptionError{});
-    }
+    [[nodiscard]] static ClientAPIError decryptionError() { return ClientAPIError(failureCases::DecryptionError{}); }
 
-    [[nodiscard]] static ClientAPIError parsingError() {
-        return ClientAPIError(failureCases::ParsingError{});
-    }
+    [[nodiscard]] static ClientAPIError parsingError() { return ClientAPIError(failureCases::ParsingError{}); }
 
     [[nodiscard]] static ClientAPIError cancelled() { return ClientAPIError(failureCases::Cancelled{}); }
 
@@ -70,10 +66,9 @@ class CORVANE_EXPORT ClientAPIError {
     friend bool operator==(const ClientAPIError&, const ClientAPIError&) = default;
 
   private:
-    using Case =
-        std::variant<failureCases::InvalidResponse, failureCases::InvalidUrl, failureCases::InvalidJson,
-                     failureCases::DecryptionError, failureCases::ParsingError, failureCases::Cancelled,
-                     failureCases::Timeout, failureCases::Undefined, failureCases::EmptyData>;
+    using Case = std::variant<failureCases::InvalidResponse, failureCases::InvalidUrl, failureCases::InvalidJson,
+                              failureCases::DecryptionError, failureCases::ParsingError, failureCases::Cancelled,
+                              failureCases::Timeout, failureCases::Undefined, failureCases::EmptyData>;
 
     explicit ClientAPIError(Case failure) noexcept : case_(std::move(failure)) {}
 

@@ -30,9 +30,7 @@ class CORVANE_EXPORT DataLoadOptions {
     [[nodiscard]] constexpr bool isEmpty() const noexcept { return rawValue_ == 0; }
 
     /// Whether every bit of `other` is set here; true for the empty set.
-    [[nodiscard]] constexpr bool contains(DataLoadOptions other) const noexcept {
-        return intersection(other) == other;
-    }
+    [[nodiscard]] constexpr bool contains(DataLoadOptions other) const noexcept { return intersection(other) == other; }
 
     /// Whether no bit is set on both sides.
     [[nodiscard]] constexpr bool isDisjoint(DataLoadOptions other) const noexcept {
@@ -60,9 +58,7 @@ class CORVANE_EXPORT DataLoadOptions {
 
     constexpr void remove(DataLoadOptions other) noexcept { rawValue_ &= ~other.rawValue_; }
 
-    friend constexpr DataLoadOptions operator|(DataLoadOptions a, DataLoadOptions b) noexcept {
-        return a.union_(b);
-    }
+    friend constexpr DataLoadOptions operator|(DataLoadOptions a, DataLoadOptions b) noexcept { return a.union_(b); }
 
     friend constexpr DataLoadOptions operator&(DataLoadOptions a, DataLoadOptions b) noexcept {
         return a.intersection(b);

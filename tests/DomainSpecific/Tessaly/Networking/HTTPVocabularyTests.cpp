@@ -12,14 +12,13 @@ namespace corvane {
 namespace {
 
 TEST(HTTPStatusCode, KnowsOnlyTheCodesTheDownloadRoadReactsTo) {
-    for (const HTTPStatusCode known :
-         {HTTPStatusCode::ok, HTTPStatusCode::notModified, HTTPStatusCode::notFound,
-          HTTPStatusCode::notAllowed, HTTPStatusCode::gone}) {
+    for (const HTTPStatusCode known : {HTTPStatusCode::ok, HTTPStatusCode::notModified, HTTPStatusCode::notFound,
+                                       HTTPStatusCode::notAllowed, HTTPStatusCode::gone}) {
         EXPECT_EQ(HTTPStatusCode::fromRawValue(known.rawValue()), known) << known.description();
     }
     constexpr std::int64_t wrapsTo200 = (std::int64_t{1} << 32) + 200;
-    for (const std::int64_t unknown : {std::int64_t{-200}, std::int64_t{0}, std::int64_t{201},
-                                       std::int64_t{302}, std::int64_t{401}, std::int64_t{500}, wrapsTo200}) {
+    for (const std::int64_t unknown : {std::int64_t{-200}, std::int64_t{0}, std::int64_t{201}, std::int64_t{302},
+                                       std::int64_t{401}, std::int64_t{500}, wrapsTo200}) {
         EXPECT_EQ(HTTPStatusCode::fromRawValue(unknown), std::nullopt) << unknown;
     }
 }

@@ -1,0 +1,106 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
+#include <Corvane/Platform/HTTP/HTTPURLResponse.hpp>
+
+namespace corvane {
+namespace {
+
+using Errors = SimpleHttpResponse::Errors;
+
+const URL address = *URL::parse("http://localhost/fixtures?day=3");
+
+std::shared_ptr<const HTTPURLResponse> head(int status, std::vector<HTTPHeaderField> fields = {}) {
+    return std::make_shared<const HTTPURLResponse>(address, status, "HTTP/1.1", std::move(fields));
+}
+
+TEST(SimpleHttpResponse, TakesAMissingBodyForAnErrorUnlessNothingWasModified) {
+    struct Row {
+        int status;
+        std::optional<Data> body;
+        bool isNotModified;
+        bool isEmptyData;
+    };
+
+    const Data body("{}");
+    const Data noBytes("");
+    const Row rows[] = {
+        {200, body, false, false},      {200, std::nullopt, false, true}, {200, noBytes, false, true},
+        {204, noBytes, false, true},    {304, std::nullopt, true, false}, {304, noBytes, true, false},
+        {304, body, true, false},       {199, body, false, false},        {404, body, false, false},
+        {404, noBytes, false, true},    {503, body, false, false},        {600, body, false, false},
+        {0, std::nullopt, false, true},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.status);
+        const SimpleHttpResponse response(nullptr, row.body, head(row.status), std::nullopt);
+        EXPECT_EQ(response.statusCode(), row.status);
+        EXPECT_EQ(response.isNotModified(), row.isNotModified);
+        EXPECT_EQ(response.error().has_value(), row.isEmptyData);
+        EXPECT_EQ(response.data(), row.body && !row.body->empty() ? row.body : std::nullopt);
+        if (row.isEmptyData && response.error()) {
+            EXPECT_EQ(response.error()->as<PlatformError>(), Errors::emptyData().as<PlatformError>());
+        }
+    }
+}
+
+TEST(SimpleHttpResponse, PassesATransportErrorOnAndIgnoresTheHead) {
+    const PlatformError lost("URLErrorDomain", -1005);
+    const auto request = SimpleHttpRequest::make({.url = address});
+    const SimpleHttpResponse response(request.get(), Data("half"), head(304, {{"Last-Modified", "then"}}), lost);
+    ASSERT_TRUE(response.error());
+    EXPECT_EQ(*response.error()->as<PlatformError>(), lost);
+    EXPECT_EQ(response.statusCode(), std::nullopt);
+    EXPECT_FALSE(response.isNotModified());
+    EXPECT_EQ(response.lastModified(), std::nullopt);
+    EXPECT_EQ(response.urlString(), std::nullopt);
+    EXPECT_EQ(response.data(), Data("half"));
+}
+
+TEST(SimpleHttpResponse, WithoutAHeadHasNoStatusButMayHaveABody) {
+    const SimpleHttpResponse withBody(nullptr, Data("{}"), nullptr, std::nullopt);
+    EXPECT_FALSE(withBody.error() || withBody.statusCode());
+    const SimpleHttpResponse without(nullptr, std::nullopt, nullptr, std::nullopt);
+    ASSERT_TRUE(without.error());
+    EXPECT_EQ(without.error()->code(), 99999);
+}
+
+TEST(SimpleHttpResponse, FindsLastModifiedByItsExactName) {
+    struct Row {
+        const char* field;
+        std::optional<std::string> found;
+    };
+
+    const std::string date = "Sat,  21 nov 2026 15:00:00 +0000";  // No valid date: it is passed on all the same.
+    for (const Row& row : {Row{"Last-Modified", date}, Row{"last-modified", std::nullopt},
+                           Row{"LAST-MODIFIED", std::nullopt}, Row{"Last-Modified2", std::nullopt}}) {
+        const SimpleHttpResponse response(nullptr, Data("{}"), head(200, {{row.field, date}}), std::nullopt);
+        EXPECT_EQ(response.lastModified(), row.found) << row.field;
+    }
+}
+
+TEST(SimpleHttpResponse, NamesTheURLThatWasAskedFor) {
+    const auto known = SimpleHttpRequest::make({.url = address});
+    const auto withoutURL = SimpleHttpRequest::make({});
+    EXPECT_EQ(SimpleHttpResponse(known.get(), Data("{}"), head(200), std::nullopt).urlString(),
+              "http://localhost/fixtures?day=3");
+    EXPECT_EQ(SimpleHttpResponse(withoutURL.get(), Data("{}"), head(200), std::nullopt).urlString(), std::nullopt);
+    EXPECT_EQ(SimpleHttpResponse(nullptr, Data("{}"), head(200), std::nullopt).urlString(), std::nullopt);
+}
+
+TEST(SimpleHttpResponse, SharesItsTwoErrors) {
+    EXPECT_EQ(&Errors::invalidUrl(), &Errors::invalidUrl());
+    EXPECT_EQ(Errors::invalidUrl().domain(), "Invalid URL");
+    EXPECT_EQ(Errors::invalidUrl().code(), 999);
+    EXPECT_EQ(Errors::emptyData().domain(), "Received empty data");
+    EXPECT_EQ(Errors::emptyData().code(), 99999);
+}
+
+}  // namespace
+}  // namespace corvane
