@@ -1,0 +1,303 @@
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <Corvane/Testing/LoopbackServer.hpp>
+
+#include "RawClient.hpp"
+
+namespace corvane::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+/// The answer to one request whose connection is to be closed afterwards.
+std::string answerTo(const LoopbackServer& server, std::string_view request) {
+    RawClient client(server.port());
+    client.send(request);
+    return client.receiveAll();
+}
+
+std::string get(std::string_view target) {
+    return "GET " + std::string(target) + " HTTP/1.1\r\nHost: h\r\nConnection: close\r\n\r\n";
+}
+
+LoopbackResponse echo(const LoopbackRequest& request) {
+    return {.body = request.body};
+}
+
+TEST(LoopbackServer, AnswersByRoute) {
+    LoopbackServer server;
+    server.route("GET", "/fixtures", LoopbackResponse::json("[1]"));
+    server.route("GET", "/teams/*", [](const LoopbackRequest& request) {
+        return LoopbackResponse{.body = std::string(request.path()) + '|' + std::string(request.query())};
+    });
+    server.route("*", "/any", {.status = 299, .reason = "Odd"});
+    server.route("GET", "/throws",
+                 [](const LoopbackRequest&) -> LoopbackResponse { throw std::runtime_error("no"); });
+
+    EXPECT_EQ(answerTo(server, get("/fixtures?day=3")),
+              "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 3\r\nConnection: "
+              "close\r\n\r\n[1]");
+    EXPECT_THAT(answerTo(server, get("/teams/7?a=1?b")), EndsWith("\r\n\r\n/teams/7|a=1?b"));
+    EXPECT_THAT(answerTo(server, "BREW /any HTTP/1.0\r\n\r\n"), StartsWith("HTTP/1.1 299 Odd\r\n"));
+    EXPECT_THAT(answerTo(server, get("/throws")), AllOf(StartsWith("HTTP/1.1 500 "), EndsWith("no")));
+    EXPECT_THAT(answerTo(server, get("/missing")), StartsWith("HTTP/1.1 404 Not Found\r\n"));
+    EXPECT_THAT(answerTo(server, "POST /fixtures HTTP/1.0\r\n\r\n"),
+                AllOf(StartsWith("HTTP/1.1 405 "), HasSubstr("\r\nAllow: GET\r\n")));
+    EXPECT_THAT(answerTo(server, "HEAD /fixtures HTTP/1.0\r\n\r\n"),
+                AllOf(HasSubstr("Content-Length: 3\r\n"), EndsWith("\r\n\r\n")));
+
+    server.route("GET", "/fixtures", {.status = 304});
+    EXPECT_THAT(answerTo(server, get("/fixtures")),
+                AllOf(StartsWith("HTTP/1.1 304 Not Modified\r\n"), Not(HasSubstr("Content-Length"))));
+}
+
+TEST(LoopbackServer, FramesBodiesThreeWays) {
+    LoopbackServer server;
+    using enum LoopbackResponse::Framing;
+    server.route("GET", "/length", {.body = "abc", .framing = contentLength});
+    server.route("GET", "/chunked", {.body = std::string(17, 'x'), .framing = chunked});
+    server.route("GET", "/close", {.body = "abc", .framing = untilClose});
+
+    EXPECT_THAT(answerTo(server, get("/length")), HasSubstr("\r\nContent-Length: 3\r\n"));
+    EXPECT_THAT(answerTo(server, get("/chunked")),
+                AllOf(HasSubstr("\r\nTransfer-Encoding: chunked\r\n"),
+                      EndsWith("\r\n\r\n11\r\nxxxxxxxxxxxxxxxxx\r\n0\r\n\r\n")));
+    EXPECT_EQ(answerTo(server, "GET /close HTTP/1.1\r\nHost: h\r\n\r\n"),
+              "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nabc");
+}
+
+TEST(LoopbackServer, RecordsRequestsByteForByte) {
+    LoopbackServer server;
+    answerTo(server,
+             "POST /a%20b?c HTTP/1.1\r\nhost: H\r\nX-Twice: 1\r\nx-twice:\t 2, 3 \r\nX-Empty:\r\n"
+             "Content-Length: 4\r\nConnection: close\r\n\r\nbody");
+    answerTo(server, get("/second"));
+
+    ASSERT_TRUE(server.waitForRequests(2));
+    const std::vector<LoopbackRequest> requests = server.requests();
+    const LoopbackRequest& first = requests.front();
+    EXPECT_EQ(first.method, "POST");
+    EXPECT_EQ(first.target, "/a%20b?c");
+    EXPECT_EQ(first.version, "HTTP/1.1");
+    EXPECT_EQ(first.body, "body");
+    EXPECT_EQ(first.connection, 1U);
+    EXPECT_EQ(first.header("X-TWICE"), "1");
+    EXPECT_EQ(first.header("X-Thrice"), std::nullopt);
+    const std::vector<LoopbackHeader> headers{{"host", "H"},           {"X-Twice", "1"},
+                                              {"x-twice", "2, 3"},     {"X-Empty", ""},
+                                              {"Content-Length", "4"}, {"Connection", "close"}};
+    EXPECT_EQ(first.headers, headers);
+    EXPECT_EQ(requests.back().connection, 2U);
+    EXPECT_EQ(server.connectionsAccepted(), 2U);
+}
+
+TEST(LoopbackServer, ReadsBodiesHoweverTheyArrive) {
+    const std::string chunked =
+        "POST /echo HTTP/1.1\r\nHost: h\r\nTransfer-Encoding: Chunked\r\nConnection: close\r\n\r\n"
+        "3;name=value\r\nabc\r\nA\r\n0123456789\r\n0\r\nX-Trailer: t\r\n\r\n";
+    LoopbackServer server;
+    server.route("POST", "/echo", echo);
+    EXPECT_THAT(answerTo(server, chunked), EndsWith("\r\n\r\nabc0123456789"));
+
+    // Every cut of the same bytes into two pieces, as far as the kernel does not join them again.
+    for (std::size_t cut = 1; cut < chunked.size(); ++cut) {
+        RawClient client(server.port());
+        client.send(chunked.substr(0, cut));
+        client.send(chunked.substr(cut));
+        ASSERT_THAT(client.receiveAll(), EndsWith("\r\n\r\nabc0123456789")) << "cut at " << cut;
+    }
+
+    RawClient polite(server.port());
+    polite.send("POST /echo HTTP/1.1\r\nHost: h\r\nContent-Length: 2\r\nExpect: 100-continue\r\n\r\n");
+    EXPECT_EQ(polite.receiveUntil("\r\n\r\n"), "HTTP/1.1 100 Continue\r\n\r\n");
+    polite.send("ok");
+    EXPECT_THAT(polite.receiveUntil("ok"), StartsWith("HTTP/1.1 200 "));
+
+    const std::string large(3'000'000, 'L');
+    EXPECT_THAT(answerTo(server, "POST /echo HTTP/1.0\r\nContent-Length: 3000000\r\n\r\n" + large),
+                EndsWith(large));
+}
+
+TEST(LoopbackServer, RefusesWhatIsNoRequest) {
+    LoopbackServer server;
+    server.route("*", "/*", echo);
+    const std::string head = "POST / HTTP/1.1\r\nHost: h\r\n";
+
+    const struct {
+        std::string request;
+        int status;
+    } cases[] = {
+        {"nonsense\r\n\r\n", 400},
+        {"GET /\r\n\r\n", 400},
+        {"GET  / HTTP/1.1\r\nHost: h\r\n\r\n", 400},
+        {"G(T / HTTP/1.1\r\nHost: h\r\n\r\n", 400},
+        {"GET fixtures HTTP/1.1\r\nHost: h\r\n\r\n", 400},
+        {"GET /\x80 HTTP/1.1\r\nHost: h\r\n\r\n", 400},
+        {"GET / HTTP/2.0\r\nHost: h\r\n\r\n", 505},
+        {"GET / HTTP/1.1\r\n\r\n", 400},
+        {"GET / HTTP/1.1\r\nHost: h\r\nHost: h\r\n\r\n", 400},
+        {head + "Name : value\r\n\r\n", 400},
+        {head + "Folded: a\r\n b\r\n\r\n", 400},
+        {head + "Bare: a\nInjected: b\r\n\r\n", 400},
+        {head + std::string("Zero: \0\r\n\r\n", 11), 400},
+        {head + "no colon\r\n\r\n", 400},
+        {head + "Content-Length: -1\r\n\r\n", 400},
+        {head + "Content-Length: 1, 1\r\n\r\n", 400},
+        {head + "Content-Length: 99999999999999999999\r\n\r\n", 400},
+        {head + "Content-Length: 99999999999\r\n\r\n", 413},
+        {head + "Content-Length: 3\r\nTransfer-Encoding: chunked\r\n\r\n", 400},
+        {head + "Transfer-Encoding: gzip, chunked\r\n\r\n", 501},
+        {head + "Transfer-Encoding: chunked\r\n\r\nsize\r\n", 400},
+        {head + "Transfer-Encoding: chunked\r\n\r\n3\r\nabcd\r\n", 400},
+        {head + "Transfer-Encoding: chunked\r\n\r\nFFFFFFFFFF\r\n", 413},
+        {head + "Long: " + std::string(70'000, 'x') + "\r\n\r\n", 431},
+    };
+
+    for (const auto& [request, status] : cases) {
+        EXPECT_THAT(answerTo(server, request), StartsWith("HTTP/1.1 " + std::to_string(status) + ' '))
+            << request.substr(0, 80);
+    }
+    EXPECT_EQ(server.requestCount(), 0U);
+}
+
+TEST(LoopbackServer, KeepsConnectionsAndAnswersPipelinedRequestsInOrder) {
+    LoopbackServer server;
+    server.route("GET", "/*",
+                 [](const LoopbackRequest& request) { return LoopbackResponse{.body = request.target}; });
+    server.route("GET", "/held", LoopbackResponse::held());
+    RawClient client(server.port());
+    client.send("GET /first HTTP/1.1\r\nHost: h\r\n\r\n\r\nGET /held HTTP/1.1\r\nHost: h\r\n\r\n" +
+                get("/third"));
+    EXPECT_THAT(client.receiveUntil("/first"), HasSubstr("200 OK"));
+
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    EXPECT_EQ(server.requestCount(), 2U);
+    exchange->respond({.body = "second"});
+    EXPECT_THAT(client.receiveAll(), AllOf(HasSubstr("second"), EndsWith("/third")));
+    EXPECT_EQ(server.connectionsAccepted(), 1U);
+    client.hangUp();
+    EXPECT_TRUE(server.waitForOpenConnections(0));
+}
+
+TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
+    LoopbackServer server;
+    server.route("GET", "/held", LoopbackResponse::held());
+    const std::string request = "GET /held HTTP/1.1\r\nHost: h\r\n\r\n";
+
+    RawClient trickled(server.port());
+    trickled.send(request);
+    const auto first = server.waitForHeldExchange();
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->request().target, "/held");
+    const LoopbackResponse response{.headers = {{"Content-Length", "4"}}};
+    first->send(response.head());
+    EXPECT_EQ(trickled.receiveUntil("\r\n\r\n"), response.head());
+    for (const std::string piece : {"a", "b", "c", "d"}) {
+        first->send(piece);
+        EXPECT_EQ(trickled.receiveUntil(piece), piece);
+    }
+    first->finish();
+    first->send("never seen, the exchange is over");
+    trickled.send(request);
+    const auto second = server.waitForHeldExchange();
+    ASSERT_TRUE(second);
+    second->reset();
+    EXPECT_EQ(trickled.receiveAll(), "");
+    EXPECT_TRUE(trickled.wasReset());
+
+    RawClient impatient(server.port());
+    impatient.send(request);
+    const auto third = server.waitForHeldExchange();
+    ASSERT_TRUE(third);
+    impatient.hangUp();
+    EXPECT_TRUE(third->waitForHangUp());
+    third->respond({});
+    EXPECT_FALSE(server.waitForHeldExchange(std::chrono::milliseconds(0)));
+}
+
+TEST(LoopbackServer, RefusesAndAcceptsConnectionsOnTheSamePort) {
+    LoopbackServer server;
+    RawClient early(server.port());
+    ASSERT_TRUE(server.waitForOpenConnections(1));
+    server.refuseConnections();
+    EXPECT_FALSE(RawClient(server.port()).isConnected());
+    early.send(get("/"));
+    EXPECT_THAT(early.receiveAll(), StartsWith("HTTP/1.1 404 "));
+    server.acceptConnections();
+    EXPECT_THAT(answerTo(server, get("/")), StartsWith("HTTP/1.1 404 "));
+}
+
+TEST(LoopbackServer, ClosesIdleConnectionsInOrder) {
+    LoopbackServer server;
+    server.route("GET", "/held", LoopbackResponse::held());
+    RawClient idle(server.port());
+    RawClient busy(server.port());
+    busy.send(get("/held"));
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    ASSERT_TRUE(server.waitForOpenConnections(2));
+    server.closeIdleConnections();
+    EXPECT_EQ(idle.receiveAll(), "");
+    EXPECT_FALSE(idle.wasReset());
+    exchange->respond({.body = "late"});
+    EXPECT_THAT(busy.receiveAll(), EndsWith("late"));
+}
+
+TEST(LoopbackServer, EndsWhateverItsConnectionsAreDoing) {
+    std::optional<LoopbackExchange> survivor;
+    std::vector<std::unique_ptr<RawClient>> clients;
+    {
+        LoopbackServer server;
+        server.route("GET", "/held", LoopbackResponse::held());
+        server.route("GET", "/endless", LoopbackResponse().with(LoopbackFault::endlessHeaders));
+        server.route("GET", "/large", {.body = std::string(20'000'000, 'x')});
+        for (const std::string request : {"", "GET /", "/held", "/endless", "/large", "/large"}) {
+            clients.push_back(std::make_unique<RawClient>(server.port()));
+            clients.back()->send(request.starts_with('/') ? get(request) : request);
+        }
+        ASSERT_TRUE(server.waitForRequests(4));
+        survivor = server.waitForHeldExchange();
+        ASSERT_TRUE(survivor);
+    }
+    survivor->respond({});
+    EXPECT_TRUE(survivor->waitForHangUp());
+    EXPECT_EQ(clients[2]->receiveAll(), "");
+}
+
+TEST(LoopbackServer, ServesManyClientsAtOnce) {
+    LoopbackServer server;
+    server.route("POST", "/echo", echo);
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 8; ++number) {
+        threads.emplace_back([&, number] {
+            RawClient client(server.port());
+            for (int round = 0; round < 50; ++round) {
+                const std::string body = std::to_string(number * 1000 + round + 10000);
+                client.send("POST /echo HTTP/1.1\r\nHost: h\r\nContent-Length: 5\r\n\r\n" + body);
+                if (client.receiveUntil(body).ends_with("\r\n\r\n" + body)) ++right;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(right, 400);
+    EXPECT_EQ(server.requestCount(), 400U);
+    EXPECT_EQ(server.connectionsAccepted(), 8U);
+}
+
+}  // namespace
+}  // namespace corvane::testing
