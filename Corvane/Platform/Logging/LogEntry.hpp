@@ -14,7 +14,9 @@ struct LogEntry {
     std::string_view subsystem;
     std::string_view category;
     std::string_view message;
+    /// On the clock in force.
     Date time;
+    /// Where the message comes from; line 0 when that is not known.
     std::source_location location;
 };
 

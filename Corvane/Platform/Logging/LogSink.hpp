@@ -7,8 +7,8 @@
 
 namespace corvane {
 
-/// Where log entries go. Written to from any thread, several at a time; an implementation guards itself, does not
-/// throw and does not log.
+/// Where log entries go. Written to from any thread, several at a time; an implementation guards itself, does
+/// not throw and does not log.
 class CORVANE_EXPORT LogSink {
   public:
     virtual ~LogSink() = default;

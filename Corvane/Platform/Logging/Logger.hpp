@@ -12,8 +12,8 @@ namespace corvane {
 
 /// Writes messages of one subsystem and category to the sink in force (`Logging`).
 ///
-/// A cheap value: copies share one channel, and channels live as long as the process. A level that is off costs one
-/// relaxed load and evaluates nothing when the message is given as a callable:
+/// A cheap value: copies share one channel, and channels live as long as the process. A level that is off
+/// costs one relaxed load and evaluates nothing when the message is given as a callable:
 ///
 ///     logger.debug([&] { return "fetched " + url; });
 ///
