@@ -46,21 +46,21 @@ TEST_P(LoopbackFaults, BreakTheAnswerAtTheirPlace) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, LoopbackFaults,
-    ::testing::Values(
-        FaultCase{LoopbackFault::closeBeforeHeaders, "", End::closed},
-        FaultCase{LoopbackFault::resetBeforeHeaders, "", End::reset},
-        FaultCase{LoopbackFault::resetInsideHeaders, "HTTP/1.1 200 OK\r\nA:", End::reset},
-        FaultCase{LoopbackFault::resetInsideBody, lengthHead + "01234", End::reset},
-        FaultCase{LoopbackFault::truncatedBody, lengthHead + "01234", End::closed},
-        FaultCase{LoopbackFault::truncatedChunkedBody, chunkedHead + "5\r\n01234\r\n", End::closed},
-        FaultCase{LoopbackFault::badChunkSize, chunkedHead + "5\r\n01234\r\nsize\r\nbody\r\n", End::closed},
-        FaultCase{LoopbackFault::strayInformational,
-                  "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nLink: </style.css>; "
-                  "rel=preload\r\n\r\n" +
-                      lengthHead + "0123456789",
-                  End::open},
-        FaultCase{LoopbackFault::endlessHeaders, "HTTP/1.1 200 OK\r\n", End::open},
-        FaultCase{LoopbackFault::neverAnswer, "", End::open}));
+    ::testing::Values(FaultCase{LoopbackFault::closeBeforeHeaders, "", End::closed},
+                      FaultCase{LoopbackFault::resetBeforeHeaders, "", End::reset},
+                      FaultCase{LoopbackFault::resetInsideHeaders, "HTTP/1.1 200 OK\r\nA:", End::reset},
+                      FaultCase{LoopbackFault::resetInsideBody, lengthHead + "01234", End::reset},
+                      FaultCase{LoopbackFault::truncatedBody, lengthHead + "01234", End::closed},
+                      FaultCase{LoopbackFault::truncatedChunkedBody, chunkedHead + "5\r\n01234\r\n", End::closed},
+                      FaultCase{LoopbackFault::badChunkSize, chunkedHead + "5\r\n01234\r\nsize\r\nbody\r\n",
+                                End::closed},
+                      FaultCase{LoopbackFault::strayInformational,
+                                "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nLink: </style.css>; "
+                                "rel=preload\r\n\r\n" +
+                                    lengthHead + "0123456789",
+                                End::open},
+                      FaultCase{LoopbackFault::endlessHeaders, "HTTP/1.1 200 OK\r\n", End::open},
+                      FaultCase{LoopbackFault::neverAnswer, "", End::open}));
 
 TEST(LoopbackFault, BrokenGzipBeginsAsGzip) {
     LoopbackServer server;

@@ -43,8 +43,7 @@ TEST(LoopbackServer, AnswersByRoute) {
         return LoopbackResponse{.body = std::string(request.path()) + '|' + std::string(request.query())};
     });
     server.route("*", "/any", {.status = 299, .reason = "Odd"});
-    server.route("GET", "/throws",
-                 [](const LoopbackRequest&) -> LoopbackResponse { throw std::runtime_error("no"); });
+    server.route("GET", "/throws", [](const LoopbackRequest&) -> LoopbackResponse { throw std::runtime_error("no"); });
 
     EXPECT_EQ(answerTo(server, get("/fixtures?day=3")),
               "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 3\r\nConnection: "
@@ -71,9 +70,8 @@ TEST(LoopbackServer, FramesBodiesThreeWays) {
     server.route("GET", "/close", {.body = "abc", .framing = untilClose});
 
     EXPECT_THAT(answerTo(server, get("/length")), HasSubstr("\r\nContent-Length: 3\r\n"));
-    EXPECT_THAT(answerTo(server, get("/chunked")),
-                AllOf(HasSubstr("\r\nTransfer-Encoding: chunked\r\n"),
-                      EndsWith("\r\n\r\n11\r\nxxxxxxxxxxxxxxxxx\r\n0\r\n\r\n")));
+    EXPECT_THAT(answerTo(server, get("/chunked")), AllOf(HasSubstr("\r\nTransfer-Encoding: chunked\r\n"),
+                                                         EndsWith("\r\n\r\n11\r\nxxxxxxxxxxxxxxxxx\r\n0\r\n\r\n")));
     EXPECT_EQ(answerTo(server, "GET /close HTTP/1.1\r\nHost: h\r\n\r\n"),
               "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nabc");
 }
@@ -95,9 +93,8 @@ TEST(LoopbackServer, RecordsRequestsByteForByte) {
     EXPECT_EQ(first.connection, 1U);
     EXPECT_EQ(first.header("X-TWICE"), "1");
     EXPECT_EQ(first.header("X-Thrice"), std::nullopt);
-    const std::vector<LoopbackHeader> headers{{"host", "H"},           {"X-Twice", "1"},
-                                              {"x-twice", "2, 3"},     {"X-Empty", ""},
-                                              {"Content-Length", "4"}, {"Connection", "close"}};
+    const std::vector<LoopbackHeader> headers{{"host", "H"},   {"X-Twice", "1"},        {"x-twice", "2, 3"},
+                                              {"X-Empty", ""}, {"Content-Length", "4"}, {"Connection", "close"}};
     EXPECT_EQ(first.headers, headers);
     EXPECT_EQ(requests.back().connection, 2U);
     EXPECT_EQ(server.connectionsAccepted(), 2U);
@@ -126,8 +123,7 @@ TEST(LoopbackServer, ReadsBodiesHoweverTheyArrive) {
     EXPECT_THAT(polite.receiveUntil("ok"), StartsWith("HTTP/1.1 200 "));
 
     const std::string large(3'000'000, 'L');
-    EXPECT_THAT(answerTo(server, "POST /echo HTTP/1.0\r\nContent-Length: 3000000\r\n\r\n" + large),
-                EndsWith(large));
+    EXPECT_THAT(answerTo(server, "POST /echo HTTP/1.0\r\nContent-Length: 3000000\r\n\r\n" + large), EndsWith(large));
 }
 
 TEST(LoopbackServer, RefusesWhatIsNoRequest) {
@@ -174,12 +170,10 @@ TEST(LoopbackServer, RefusesWhatIsNoRequest) {
 
 TEST(LoopbackServer, KeepsConnectionsAndAnswersPipelinedRequestsInOrder) {
     LoopbackServer server;
-    server.route("GET", "/*",
-                 [](const LoopbackRequest& request) { return LoopbackResponse{.body = request.target}; });
+    server.route("GET", "/*", [](const LoopbackRequest& request) { return LoopbackResponse{.body = request.target}; });
     server.route("GET", "/held", LoopbackResponse::held());
     RawClient client(server.port());
-    client.send("GET /first HTTP/1.1\r\nHost: h\r\n\r\n\r\nGET /held HTTP/1.1\r\nHost: h\r\n\r\n" +
-                get("/third"));
+    client.send("GET /first HTTP/1.1\r\nHost: h\r\n\r\n\r\nGET /held HTTP/1.1\r\nHost: h\r\n\r\n" + get("/third"));
     EXPECT_THAT(client.receiveUntil("/first"), HasSubstr("200 OK"));
 
     const auto exchange = server.waitForHeldExchange();
