@@ -16,9 +16,8 @@ void LoopbackExchange::respond(LoopbackResponse response) const {
 }
 
 void LoopbackExchange::send(std::string bytes) const {
-    engine_->perform(
-        request_->connection, number_,
-        [bytes = std::move(bytes)](LoopbackConnection& connection) { connection.sendPiece(bytes); });
+    engine_->perform(request_->connection, number_,
+                     [bytes = std::move(bytes)](LoopbackConnection& connection) { connection.sendPiece(bytes); });
 }
 
 void LoopbackExchange::finish() const {
@@ -38,9 +37,8 @@ bool LoopbackExchange::waitForHangUp(std::chrono::milliseconds patience) const {
 }
 
 void LoopbackExchange::end(LoopbackScript script) const {
-    engine_->perform(
-        request_->connection, number_,
-        [script = std::move(script)](LoopbackConnection& connection) { connection.endExchange(script); });
+    engine_->perform(request_->connection, number_,
+                     [script = std::move(script)](LoopbackConnection& connection) { connection.endExchange(script); });
 }
 
 }  // namespace corvane::testing

@@ -16,7 +16,7 @@ std::string_view LoopbackRequest::query() const noexcept {
 
 std::optional<std::string_view> LoopbackRequest::header(std::string_view name) const noexcept {
     const auto found = std::ranges::find_if(
-        headers, [name](const LoopbackHeader& field) { return http::equalsIgnoringCase(field.name, name); });
+        headers, [name](const HTTPHeaderField& field) { return http::equalsIgnoringCase(field.name, name); });
     if (found == headers.end()) return std::nullopt;
     return found->value;
 }

@@ -7,16 +7,9 @@
 #include <vector>
 
 #include <Corvane/Export.hpp>
+#include <Corvane/Platform/HTTP/HTTPHeaderField.hpp>
 
 namespace corvane::testing {
-
-/// One header field line, its name and value byte for byte as they were sent or are to be sent.
-struct LoopbackHeader {
-    std::string name = {};
-    std::string value = {};
-
-    friend bool operator==(const LoopbackHeader&, const LoopbackHeader&) = default;
-};
 
 /// A request as it arrived at a `LoopbackServer`.
 struct CORVANE_EXPORT LoopbackRequest {
@@ -27,7 +20,7 @@ struct CORVANE_EXPORT LoopbackRequest {
     std::string version = {};
     /// The field lines in the order they came, repeated ones included; only the white space around values is
     /// gone.
-    std::vector<LoopbackHeader> headers = {};
+    std::vector<HTTPHeaderField> headers = {};
     /// The body without its transfer coding.
     std::string body = {};
     /// Which of the server's connections brought it, counted from 1.

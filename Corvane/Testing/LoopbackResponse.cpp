@@ -109,14 +109,14 @@ std::string LoopbackResponse::head() const {
     std::string text = "HTTP/1.1 " + std::to_string(status) + ' ';
     text += reason.empty() ? usualReason(status) : reason;
     text += "\r\n";
-    for (const LoopbackHeader& field : headers)
+    for (const HTTPHeaderField& field : headers)
         text += field.name + ": " + field.value + "\r\n";
     return text += "\r\n";
 }
 
 const std::string* LoopbackResponse::header(std::string_view name) const noexcept {
     const auto found = std::ranges::find_if(
-        headers, [name](const LoopbackHeader& field) { return http::equalsIgnoringCase(field.name, name); });
+        headers, [name](const HTTPHeaderField& field) { return http::equalsIgnoringCase(field.name, name); });
     return found == headers.end() ? nullptr : &found->value;
 }
 

@@ -50,7 +50,7 @@ struct CORVANE_EXPORT LoopbackResponse {
     /// The reason phrase; the usual one of the status when empty.
     std::string reason = {};
     /// Sent as they stand, in this order.
-    std::vector<LoopbackHeader> headers = {};
+    std::vector<HTTPHeaderField> headers = {};
     std::string body = {};
     Framing framing = Framing::contentLength;
     LoopbackFault fault = LoopbackFault::none;

@@ -84,8 +84,7 @@ class CORVANE_EXPORT LoopbackServer {
     [[nodiscard]] std::size_t connectionsOpen() const;
 
     /// Blocks until `count` requests have come in since the construction; false when `patience` is exhausted.
-    [[nodiscard]] bool waitForRequests(std::size_t count,
-                                       std::chrono::milliseconds patience = defaultPatience) const;
+    [[nodiscard]] bool waitForRequests(std::size_t count, std::chrono::milliseconds patience = defaultPatience) const;
 
     /// Blocks until exactly `count` connections are open; false when `patience` is exhausted.
     [[nodiscard]] bool waitForOpenConnections(std::size_t count,

@@ -93,8 +93,8 @@ TEST(LoopbackServer, RecordsRequestsByteForByte) {
     EXPECT_EQ(first.connection, 1U);
     EXPECT_EQ(first.header("X-TWICE"), "1");
     EXPECT_EQ(first.header("X-Thrice"), std::nullopt);
-    const std::vector<LoopbackHeader> headers{{"host", "H"},   {"X-Twice", "1"},        {"x-twice", "2, 3"},
-                                              {"X-Empty", ""}, {"Content-Length", "4"}, {"Connection", "close"}};
+    const std::vector<HTTPHeaderField> headers{{"host", "H"},   {"X-Twice", "1"},        {"x-twice", "2, 3"},
+                                               {"X-Empty", ""}, {"Content-Length", "4"}, {"Connection", "close"}};
     EXPECT_EQ(first.headers, headers);
     EXPECT_EQ(requests.back().connection, 2U);
     EXPECT_EQ(server.connectionsAccepted(), 2U);

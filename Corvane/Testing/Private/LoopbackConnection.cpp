@@ -1,6 +1,7 @@
-#include <cerrno>
 #include <sys/epoll.h>
 #include <sys/socket.h>
+
+#include <cerrno>
 #include <utility>
 
 #include <Corvane/Testing/Private/LoopbackConnection.hpp>
@@ -12,8 +13,7 @@ using Ending = LoopbackScript::Ending;
 LoopbackConnection::LoopbackConnection(FileDescriptor socket, std::uint64_t number, LoopbackFault firstFault,
                                        Host& host)
     : socket_(std::move(socket)), number_(number), firstFault_(firstFault), host_(host) {
-    if (firstFault_ == LoopbackFault::resetBeforeHeaders ||
-        firstFault_ == LoopbackFault::closeBeforeHeaders) {
+    if (firstFault_ == LoopbackFault::resetBeforeHeaders || firstFault_ == LoopbackFault::closeBeforeHeaders) {
         play(scriptOf({.fault = firstFault_}, {}));
     }
 }
@@ -52,8 +52,7 @@ void LoopbackConnection::readRequests() {
                 flush();
                 return;
             case RequestParser::Progress::malformed:
-                play(scriptOf(
-                    {.status = parser_.rejection(), .framing = LoopbackResponse::Framing::untilClose}, {}));
+                play(scriptOf({.status = parser_.rejection(), .framing = LoopbackResponse::Framing::untilClose}, {}));
                 return;
             case RequestParser::Progress::complete:
                 break;
@@ -62,8 +61,7 @@ void LoopbackConnection::readRequests() {
         request.connection = number_;
         isAnswering_ = true;
         LoopbackResponse response = host_.answer(request, ++exchange_);
-        if (const LoopbackFault fault = std::exchange(firstFault_, LoopbackFault::none);
-            fault != LoopbackFault::none) {
+        if (const LoopbackFault fault = std::exchange(firstFault_, LoopbackFault::none); fault != LoopbackFault::none) {
             response.fault = fault;
             response.isHeld = false;
         }
@@ -98,8 +96,7 @@ void LoopbackConnection::flush() {
                 output_ += "X-Endless: and another line of the header section\r\n";
         }
         if (output_.empty()) break;
-        const ssize_t count =
-            ::send(socket_.get(), output_.data() + written_, output_.size() - written_, MSG_NOSIGNAL);
+        const ssize_t count = ::send(socket_.get(), output_.data() + written_, output_.size() - written_, MSG_NOSIGNAL);
         if (count < 0) {
             isOver_ = errno != EAGAIN && errno != EINTR;
             return;

@@ -34,18 +34,14 @@ class LoopbackConnection {
     /// Whether the connection has ended and is to be destroyed, which closes the socket.
     [[nodiscard]] bool isOver() const noexcept { return isOver_; }
 
-    [[nodiscard]] bool isIdle() const noexcept {
-        return !isAnswering_ && output_.empty() && parser_.buffered() == 0;
-    }
+    [[nodiscard]] bool isIdle() const noexcept { return !isAnswering_ && output_.empty() && parser_.buffered() == 0; }
 
     void becameReadable();
 
     void becameWritable() { flush(); }
 
     /// The exchange under way is the one with this number and has been held back.
-    [[nodiscard]] bool isHolding(std::uint64_t exchange) const noexcept {
-        return isHeld_ && exchange_ == exchange;
-    }
+    [[nodiscard]] bool isHolding(std::uint64_t exchange) const noexcept { return isHeld_ && exchange_ == exchange; }
 
     /// Sends bytes of the exchange that is held back, which goes on.
     void sendPiece(const std::string& bytes);

@@ -1,7 +1,8 @@
-#include <cerrno>
-#include <limits>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
+
+#include <cerrno>
+#include <limits>
 #include <utility>
 
 #include <Corvane/Platform/FatalError.hpp>
@@ -118,8 +119,7 @@ void LoopbackEngine::wake() noexcept {
     ::eventfd_write(wakeUp_.get(), 1);
 }
 
-void LoopbackEngine::watch(int descriptor, std::uint64_t tag, std::uint32_t interest,
-                           int operation) noexcept {
+void LoopbackEngine::watch(int descriptor, std::uint64_t tag, std::uint32_t interest, int operation) noexcept {
     epoll_event event{.events = interest, .data = {.u64 = tag}};
     ::epoll_ctl(poll_.get(), operation, descriptor, &event);
 }

@@ -19,8 +19,7 @@ namespace corvane::testing {
 /// The server's loop: one thread that waits on the listener, the connections and a wake-up. Shared by the
 /// server and the exchanges it handed out, which may outlive the server. What is not said otherwise is for
 /// any thread.
-class LoopbackEngine final : public std::enable_shared_from_this<LoopbackEngine>,
-                             private LoopbackConnection::Host {
+class LoopbackEngine final : public std::enable_shared_from_this<LoopbackEngine>, private LoopbackConnection::Host {
   public:
     using Action = std::function<void(LoopbackConnection&)>;
 

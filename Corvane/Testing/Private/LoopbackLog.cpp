@@ -5,8 +5,7 @@
 namespace corvane::testing {
 
 template <class Condition>
-bool LoopbackLog::waitUntil(std::unique_lock<std::mutex>& lock, Patience patience,
-                            Condition condition) const {
+bool LoopbackLog::waitUntil(std::unique_lock<std::mutex>& lock, Patience patience, Condition condition) const {
     // Counted on the wall clock because ThreadSanitizer of GCC 12 does not know waits on the monotonic one; a
     // clock that is set meanwhile makes patience longer or shorter and nothing wrong.
     return changed_.wait_until(lock, std::chrono::system_clock::now() + patience, condition);

@@ -22,8 +22,7 @@ bool asksForClose(const LoopbackRequest& request) noexcept {
 
 /// Whether an answer to `request` ends with its header section whatever that section says (RFC 9112, 6.3).
 bool hasNoBody(const LoopbackResponse& response, const LoopbackRequest& request) noexcept {
-    return request.method == "HEAD" || response.status == 204 || response.status == 304 ||
-           response.status < 200;
+    return request.method == "HEAD" || response.status == 204 || response.status == 304 || response.status < 200;
 }
 
 void addUnlessPresent(LoopbackResponse& response, std::string name, std::string value) {
@@ -64,8 +63,7 @@ LoopbackScript soundScript(LoopbackResponse response, const LoopbackRequest& req
 
 /// The header section and half of a body of which Content-Length announces all, and of an empty one too much.
 std::string halfOfBody(LoopbackResponse response) {
-    addUnlessPresent(response, "Content-Length",
-                     std::to_string(std::max<std::size_t>(response.body.size(), 1)));
+    addUnlessPresent(response, "Content-Length", std::to_string(std::max<std::size_t>(response.body.size(), 1)));
     return response.head() + response.body.substr(0, response.body.size() / 2);
 }
 

@@ -100,7 +100,7 @@ bool RequestParser::parseFieldLine(std::string_view line) {
 
 bool RequestParser::chooseFraming() {
     const auto count = [this](std::string_view name) {
-        return std::ranges::count_if(request_.headers, [name](const LoopbackHeader& field) {
+        return std::ranges::count_if(request_.headers, [name](const HTTPHeaderField& field) {
             return http::equalsIgnoringCase(field.name, name);
         });
     };
@@ -120,8 +120,8 @@ bool RequestParser::chooseFraming() {
     } else {
         state_ = State::complete;
     }
-    continueIsDue_ = state_ != State::complete &&
-                     http::listContains(request_.header("Expect").value_or(""), "100-continue");
+    continueIsDue_ =
+        state_ != State::complete && http::listContains(request_.header("Expect").value_or(""), "100-continue");
     return true;
 }
 
