@@ -1,0 +1,156 @@
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/JSON/JSONSerialization.hpp>
+
+namespace corvane {
+namespace {
+
+using namespace std::string_literals;
+
+std::string repeated(std::string_view part, std::size_t count) {
+    std::string text;
+    while (count-- > 0)
+        text += part;
+    return text;
+}
+
+TEST(JSONSerialization, ReadsEveryKindInPayloadOrder) {
+    const auto value = JSONSerialization::jsonObject(
+        R"( {"z":[true,false,null,-1,1.5,"a\n\u00e9\ud83d\ude00"],"a":{},"m":[],"":""} )");
+    ASSERT_TRUE(value) << value.error().description();
+    EXPECT_EQ(value->description(), R"({"z":[true,false,null,-1,1.5,"a\né😀"],"a":{},"m":[],"":""})");
+    EXPECT_EQ(*value, JSONValue(JSONDictionary{{"", ""},
+                                               {"a", JSONDictionary{}},
+                                               {"m", JSONArray{}},
+                                               {"z", JSONArray{true, false, nullptr, -1, 1.5, "a\né😀"}}}));
+}
+
+TEST(JSONSerialization, KeepsNumbersAsExactAsTheyCanBe) {
+    const std::pair<const char*, JSONNumber> cases[] = {
+        {"9223372036854775807", INT64_MAX},
+        {"-9223372036854775808", INT64_MIN},
+        {"9223372036854775808", std::uint64_t{1} << 63},
+        {"18446744073709551615", UINT64_MAX},
+        {"18446744073709551616", 0x1p64},
+        {"-9223372036854775809", -0x1p63},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0},
+        {"1e2", 100.0},
+        {"0.1", 0.1},
+        {"1.7976931348623157e308", 1.7976931348623157e308},
+        {"1e-400", 0.0},
+        {"5e-324", 5e-324},
+    };
+    for (const auto& [text, number] : cases) {
+        const auto value = JSONSerialization::jsonObject(text);
+        ASSERT_TRUE(value) << text;
+        EXPECT_EQ(value->asNumber(), number) << text;
+        EXPECT_EQ(value->asNumber()->isFloatingPoint(), number.isFloatingPoint()) << text;
+    }
+    // Large integers among everything that looks like one.
+    const auto mixed = JSONSerialization::jsonObject(
+        R"({"99999999999999999999":"\"99999999999999999999","x":[99999999999999999999,-99999999999999999999 ,
+            0.99999999999999999999,1e-10,12,99999999999999999999.5,99999999999999999999e1]})");
+    ASSERT_TRUE(mixed);
+    EXPECT_EQ((*mixed)["99999999999999999999"].asString(), "\"99999999999999999999");
+    EXPECT_EQ((*mixed)["x"], JSONValue(JSONArray{1e20, -1e20, 1.0, 1e-10, 12, 1e20, 1e21}));
+}
+
+TEST(JSONSerialization, HasOneAnswerForEveryBadInput) {
+    struct Case {
+        std::string text;
+        JSONErrorCode code;
+    };
+
+    const Case cases[] = {
+        {"", JSONErrorCode::emptyInput},
+        {" \r\n\t", JSONErrorCode::emptyInput},
+        {"\xEF\xBB\xBF", JSONErrorCode::emptyInput},
+        {"{} x", JSONErrorCode::malformed},
+        {"{}{}", JSONErrorCode::malformed},
+        {"{}\0"s, JSONErrorCode::malformed},
+        {"[1,]", JSONErrorCode::malformed},
+        {"[1", JSONErrorCode::malformed},
+        {"]", JSONErrorCode::malformed},
+        {R"({"a":1,})", JSONErrorCode::malformed},
+        {R"({"a" 1})", JSONErrorCode::malformed},
+        {"{a:1}", JSONErrorCode::malformed},
+        {"{1:1}", JSONErrorCode::malformed},
+        {"'a'", JSONErrorCode::malformed},
+        {"\"a", JSONErrorCode::malformed},
+        {"\"a\nb\"", JSONErrorCode::malformed},
+        {R"("\x41")", JSONErrorCode::malformed},
+        {R"("\u12g4")", JSONErrorCode::malformed},
+        {R"("\ud800")", JSONErrorCode::malformed},
+        {R"("\ud800\u0041")", JSONErrorCode::malformed},
+        {R"("\udc00")", JSONErrorCode::malformed},
+        {"tru", JSONErrorCode::malformed},
+        {"nullx", JSONErrorCode::malformed},
+        {"NaN", JSONErrorCode::malformed},
+        {"\"\xff\"", JSONErrorCode::invalidUTF8},
+        {"\"\xed\xa0\x80\"", JSONErrorCode::invalidUTF8},
+        {"\"\xc0\x80\"", JSONErrorCode::invalidUTF8},
+        {"\xff\xfe{\0}\0"s, JSONErrorCode::invalidUTF8},
+        {"1e400", JSONErrorCode::invalidNumber},
+        {"[" + repeated("9", 400) + "]", JSONErrorCode::invalidNumber},
+        {"01", JSONErrorCode::invalidNumber},
+        {"-", JSONErrorCode::invalidNumber},
+        {"1.", JSONErrorCode::invalidNumber},
+        {".5", JSONErrorCode::malformed},
+        {"+1", JSONErrorCode::malformed},
+        {repeated("[", 100'000), JSONErrorCode::malformed},
+        {repeated("[", 100'000) + repeated("]", 100'000), JSONErrorCode::tooDeep},
+        {repeated(R"({"a":)", 100'000) + "1" + repeated("}", 100'000), JSONErrorCode::tooDeep},
+    };
+    for (const Case& c : cases) {
+        const auto value = JSONSerialization::jsonObject(c.text);
+        ASSERT_FALSE(value) << c.text.substr(0, 60);
+        EXPECT_EQ(value.error().domain(), "JSONErrorDomain");
+        EXPECT_EQ(value.error().code(), static_cast<std::int64_t>(c.code)) << c.text.substr(0, 60);
+    }
+}
+
+TEST(JSONSerialization, ReadsUpToTheMaximumDepthAndNoDeeper) {
+    const auto brackets = [](std::size_t depth) { return repeated("[", depth) + repeated("]", depth); };
+    const auto deepest = JSONSerialization::jsonObject(brackets(JSONSerialization::maximumDepth));
+    ASSERT_TRUE(deepest);
+    const auto written = JSONSerialization::data(*deepest);
+    ASSERT_TRUE(written) << "what can be read can be written";
+    EXPECT_EQ(written->text(), brackets(JSONSerialization::maximumDepth));
+    EXPECT_FALSE(JSONSerialization::jsonObject(brackets(JSONSerialization::maximumDepth + 1)));
+    EXPECT_FALSE(JSONSerialization::data(JSONArray{*deepest}));
+}
+
+TEST(JSONSerialization, SkipsAByteOrderMarkAndKeepsTheLastOfDuplicateKeysInTheFirstPlace) {
+    EXPECT_EQ(JSONSerialization::jsonObject("\xEF\xBB\xBF[1]"), JSONValue(JSONArray{1}));
+    const auto value = JSONSerialization::jsonObject(R"({"a":1,"b":2,"a":{"c":3,"c":[4]}})");
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->description(), R"({"a":{"c":[4]},"b":2})");
+}
+
+TEST(JSONSerialization, ReadsDataInPlaceWhateverItsPaddingHolds) {
+    constexpr std::string_view text = R"([12,"a"])";
+    const std::shared_ptr<std::byte[]> buffer = std::make_shared<std::byte[]>(text.size() + Data::padding);
+    std::memset(buffer.get(), '"', text.size() + Data::padding);
+    std::memcpy(buffer.get(), text.data(), text.size());
+    EXPECT_EQ(JSONSerialization::jsonObject(Data::adopting(buffer, text.size())),
+              JSONValue(JSONArray{12, "a"}));
+    EXPECT_FALSE(JSONSerialization::jsonObject(Data::adopting(buffer, text.size() - 1)));
+}
+
+TEST(JSONSerialization, ReadsDocumentsOfAnySizeOneAfterTheOther) {
+    for (const std::size_t count : {1U, 200'000U, 3U}) {
+        const std::string text = "[" + repeated(R"({"id":1,"name":"x"},)", count) + "null]";
+        const auto value = JSONSerialization::jsonObject(text);
+        ASSERT_TRUE(value);
+        EXPECT_EQ(value->asArray()->size(), count + 1);
+        EXPECT_EQ((*value)[count - 1]["name"].asString(), "x");
+    }
+}
+
+}  // namespace
+}  // namespace corvane
