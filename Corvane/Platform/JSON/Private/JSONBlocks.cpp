@@ -61,10 +61,12 @@ void JSONBlockReference::release(const JSONBlock* block) noexcept {
 
 const JSONBlock* makeHeapText(std::string_view text) {
     if (text.empty()) return nullptr;
-    auto* const block = ::new (::operator new(sizeof(JSONHeapText) + text.size())) JSONHeapText();
+    // The characters are reached by way of the memory: seen from the block they are out of bounds.
+    auto* const memory = static_cast<std::byte*>(::operator new(sizeof(JSONHeapText) + text.size()));
+    auto* const block = ::new (memory) JSONHeapText();
     block->owner = block;
     block->size = text.size();
-    std::memcpy(static_cast<void*>(static_cast<JSONTextBlock*>(block) + 1), text.data(), text.size());
+    std::memcpy(memory + sizeof(JSONHeapText), text.data(), text.size());
     return block;
 }
 
@@ -81,9 +83,9 @@ void* JSONDocument::allocateBytes(std::size_t size) {
 
 const JSONTextBlock* JSONDocument::makeText(std::string_view text) {
     if (text.empty()) return nullptr;
-    auto* const block =
-        ::new (allocateBytes(sizeof(JSONTextBlock) + text.size())) JSONTextBlock{{this, text.size()}};
-    std::memcpy(static_cast<void*>(block + 1), text.data(), text.size());
+    auto* const memory = static_cast<std::byte*>(allocateBytes(sizeof(JSONTextBlock) + text.size()));
+    auto* const block = ::new (memory) JSONTextBlock{{this, text.size()}};
+    std::memcpy(memory + sizeof(JSONTextBlock), text.data(), text.size());
     return block;
 }
 
@@ -91,8 +93,7 @@ std::size_t slotCount(std::size_t members) noexcept {
     return members <= unindexedMembers ? 0 : std::bit_ceil(members * 2);
 }
 
-std::size_t slotOf(std::string_view key, std::span<const std::uint32_t> slots,
-                   const JSONMember* members) noexcept {
+std::size_t slotOf(std::string_view key, std::span<const std::uint32_t> slots, const JSONMember* members) noexcept {
     const std::size_t mask = slots.size() - 1;
     std::size_t slot = jsonKeyHash(key) & mask;
     while (slots[slot] != 0 && textOf(members[slots[slot] - 1].key) != key)
@@ -105,8 +106,7 @@ void JSONHeapDictionary::append(JSONMember member) {
     if (slotCount(entries.size()) > index.size()) {
         rebuildIndex();
     } else if (!index.empty()) {
-        index[slotOf(textOf(entries.back().key), index, entries.data())] =
-            static_cast<std::uint32_t>(entries.size());
+        index[slotOf(textOf(entries.back().key), index, entries.data())] = static_cast<std::uint32_t>(entries.size());
     }
 }
 
