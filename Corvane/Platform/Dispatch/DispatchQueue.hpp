@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <Corvane/Export.hpp>
+#include <Corvane/Platform/Dispatch/Clock.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
 #include <Corvane/Platform/Dispatch/Work.hpp>
 
@@ -89,7 +90,12 @@ class CORVANE_EXPORT DispatchQueue : public std::enable_shared_from_this<Dispatc
     DispatchQueue(std::string label, DispatchQoS qos) noexcept;
 
   private:
-    virtual void enqueue(Work work, DispatchQoS qos) = 0;
+    friend class SerialQueue;
+
+    virtual void enqueue(Work&& work, DispatchQoS qos) = 0;
+    virtual void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) = 0;
+    /// Whether other blocks wait for the threads of this queue; a drain job that keeps one asks it.
+    [[nodiscard]] virtual bool hasWaiting() const noexcept = 0;
     void runAndWait(void (*body)(void*), void* context);
 
     std::string label_;

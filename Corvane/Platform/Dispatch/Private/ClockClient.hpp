@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include <Corvane/Export.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
 
 namespace corvane {
@@ -15,25 +15,30 @@ struct ClockActivity {
     /// becomes due is counted as accepted in the same critical section that takes it off the deadlines.
     std::uint64_t accepted = 0;
     std::uint64_t finished = 0;
+
+    friend bool operator==(const ClockActivity&, const ClockActivity&) = default;
 };
 
 /// Something that waits for deadlines or runs work: a run loop, a worker pool, the delayed-work thread, the network
 /// thread. A virtual clock steps from one deadline to the next over all clients and, after each step, waits until
 /// all of them are idle (two scans in a row with equal counts and nothing due).
-class ClockClient {
+class CORVANE_EXPORT ClockClient {
   public:
     virtual ~ClockClient() = default;
 
-    /// May be called on any thread.
+    /// Reads the counts under the lock that they are changed under. May be called on any thread.
     [[nodiscard]] virtual ClockActivity activity() const noexcept = 0;
 
     /// The clock in force was replaced or moved: wake up and look at the deadlines again. May be called on any thread.
     virtual void clockMoved() noexcept = 0;
 };
 
-/// The process's register of clock clients; one instance, never destroyed. Any thread.
-class ClockClients {
+/// The process's register of clock clients; one instance, never destroyed. Any thread. A client calls `add` and
+/// `remove` without holding a lock that its `activity` or `clockMoved` takes.
+class CORVANE_EXPORT ClockClients {
   public:
+    ClockClients() = delete;
+
     static void add(ClockClient& client);
     /// After this returns the client is not called again.
     static void remove(ClockClient& client) noexcept;
@@ -41,17 +46,26 @@ class ClockClients {
     static void announceMove() noexcept;
 
     /// The earliest deadline of all clients and the sums of their counts.
-    static ClockActivity scan() noexcept;
+    [[nodiscard]] static ClockActivity scan() noexcept;
 
-    /// To be called by a client when it may have become idle: wakes the threads in `waitForChange`. Costs one relaxed
-    /// load while nobody waits.
-    static void announceIdle() noexcept;
+    /// To be called by a client, after its counts were changed under its lock, when it may have become idle, and by
+    /// the main run loop when it was given something: wakes those who watch. One relaxed load while nobody does.
+    static void announceChange() noexcept;
 
-    /// A ticket for `waitForChange`: take it before a scan.
-    static std::uint64_t changeTicket() noexcept;
+    /// Somebody who waits for the clients to become idle. What is announced while it lives is not missed: take
+    /// a ticket, scan, and wait for the ticket to expire.
+    class CORVANE_EXPORT Watch {
+      public:
+        Watch() noexcept;
+        ~Watch();
+        Watch(const Watch&) = delete;
+        Watch& operator=(const Watch&) = delete;
 
-    /// Blocks until `announceIdle` was called after the ticket was taken.
-    static void waitForChange(std::uint64_t ticket) noexcept;
+        [[nodiscard]] std::uint32_t ticket() const noexcept;
+
+        /// Blocks until a change was announced after the ticket was taken.
+        void wait(std::uint32_t ticket) const noexcept;
+    };
 };
 
 }  // namespace corvane

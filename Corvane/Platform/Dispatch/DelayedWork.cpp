@@ -1,0 +1,76 @@
+#include <pthread.h>
+
+#include <utility>
+
+#include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Private/DelayedWork.hpp>
+#include <Corvane/Platform/Dispatch/Private/PoolSupervisor.hpp>
+
+namespace corvane {
+
+struct DelayedWork::Entry final : Deadline {
+    Entry(std::shared_ptr<DispatchQueue> target, Work&& block, DispatchQoS blockQoS)
+        : queue(std::move(target)), work(std::move(block)), qos(blockQoS) {}
+
+    std::shared_ptr<DispatchQueue> queue;
+    Work work;
+    DispatchQoS qos;
+};
+
+DelayedWork& DelayedWork::shared() {
+    static auto* const instance = new DelayedWork;
+    return *instance;
+}
+
+DelayedWork::DelayedWork() {
+    ClockClients::add(*this);
+    PoolSupervisor::shared().requestThread([this] { run(); });
+}
+
+void DelayedWork::add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue, Work&& work, DispatchQoS qos) {
+    auto entry = std::make_shared<Entry>(std::move(queue), std::move(work), qos);
+    static_cast<void>(entry->moveTo(deadline));
+    bool isEarliest = false;
+    {
+        const std::lock_guard lock(mutex_);
+        isEarliest = deadlines_.arm(std::move(entry));
+    }
+    if (isEarliest) wakeWord_.set();
+}
+
+void DelayedWork::run() noexcept {
+    ::pthread_setname_np(::pthread_self(), "corvane.delayed");
+    std::uint64_t queued = 0;
+    for (;;) {
+        std::shared_ptr<Entry> entry;
+        SteadyInstant next;
+        {
+            const std::lock_guard lock(mutex_);
+            finished_ = queued;
+            entry = deadlines_.takeDue(Clock::current().uptime());
+            if (entry != nullptr) ++taken_;
+            next = deadlines_.next();
+        }
+        if (entry != nullptr) {
+            entry->queue->async(std::move(entry->work), entry->qos);
+            entry = nullptr;
+            ++queued;
+            continue;
+        }
+        ClockClients::announceChange();
+        if (const auto timeout = Clock::current().timeToWait(next)) {
+            if (*timeout > std::chrono::nanoseconds::zero()) wakeWord_.waitFor(*timeout);
+        } else {
+            wakeWord_.wait();
+        }
+    }
+}
+
+ClockActivity DelayedWork::activity() const noexcept {
+    const std::lock_guard lock(mutex_);
+    return {deadlines_.next(), taken_, finished_};
+}
+
+void DelayedWork::clockMoved() noexcept { wakeWord_.set(); }
+
+}  // namespace corvane

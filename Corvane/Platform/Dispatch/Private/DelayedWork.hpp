@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
+#include <Corvane/Platform/Dispatch/Private/ClockClient.hpp>
+#include <Corvane/Platform/Dispatch/Private/DeadlineHeap.hpp>
+#include <Corvane/Platform/Dispatch/Private/WakeWord.hpp>
+#include <Corvane/Platform/Dispatch/Work.hpp>
+
+namespace corvane {
+
+class DispatchQueue;
+
+/// The thread that holds blocks for global and serial queues until their time has come, and then queues them.
+/// Made on first use, never destroyed.
+class DelayedWork final : public ClockClient {
+  public:
+    static DelayedWork& shared();
+
+    /// Gives `work` to `queue`, which it holds until then, at `deadline`. Any thread.
+    void add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue, Work&& work, DispatchQoS qos);
+
+    [[nodiscard]] ClockActivity activity() const noexcept override;
+    void clockMoved() noexcept override;
+
+  private:
+    struct Entry;
+
+    DelayedWork();
+    [[noreturn]] void run() noexcept;
+
+    WakeWord wakeWord_;
+    mutable std::mutex mutex_;
+    mutable DeadlineHeap<Entry> deadlines_;
+    std::uint64_t taken_ = 0;
+    std::uint64_t finished_ = 0;
+};
+
+}  // namespace corvane

@@ -1,0 +1,244 @@
+#include <pthread.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include <Corvane/Platform/Dispatch/Private/PoolSupervisor.hpp>
+#include <Corvane/Platform/Dispatch/Private/QueueFrame.hpp>
+#include <Corvane/Platform/Dispatch/Private/ThreadIdentity.hpp>
+#include <Corvane/Platform/Dispatch/Private/WorkerPool.hpp>
+
+namespace corvane {
+
+namespace {
+
+struct ClassTraits {
+    /// Added to the process's nice value.
+    int nice;
+    /// At most 15 characters, the kernel's limit.
+    const char* threadName;
+};
+
+constexpr ClassTraits traits(QoSClass qosClass) noexcept {
+    switch (qosClass) {
+        case QoSClass::userInteractive:
+            return {0, "corvane.uiactiv"};
+        case QoSClass::userInitiated:
+            return {1, "corvane.uinitia"};
+        case QoSClass::utility:
+            return {8, "corvane.utility"};
+        case QoSClass::background:
+            return {15, "corvane.backgr"};
+        case QoSClass::default_:
+        case QoSClass::unspecified:
+            break;
+    }
+    return {2, "corvane.default"};
+}
+
+void dressThread(QoSClass qosClass) noexcept {
+    const ClassTraits wanted = traits(qosClass);
+    ::pthread_setname_np(::pthread_self(), wanted.threadName);
+    constexpr int highest = 19;
+    const int processNice = ::getpriority(PRIO_PROCESS, static_cast<id_t>(mainThreadID()));
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(currentThreadID()), std::min(processNice + wanted.nice, highest));
+}
+
+constinit thread_local QoSClass threadClass = QoSClass::unspecified;
+
+}  // namespace
+
+constinit thread_local const WorkerPool::Worker* WorkerPool::workerOfThisThread = nullptr;
+
+std::size_t WorkerPool::Worker::rest() const noexcept {
+    const std::size_t started = claimed.load(std::memory_order_acquire);
+    return started < size ? size - started : 0;
+}
+
+WorkerPool::WorkerPool(QoSClass qosClass, const DispatchQueue* queue)
+    : qosClass_(qosClass), queue_(queue), baseWorkers_(std::clamp(std::thread::hardware_concurrency(), 2U, 64U)) {
+    ClockClients::add(*this);
+    PoolSupervisor::shared().add(*this);
+}
+
+QoSClass WorkerPool::classOfThisThread() noexcept { return threadClass; }
+
+void WorkerPool::push(Work&& work) {
+    Worker* worker = nullptr;
+    bool needsSupervisor = false;
+    {
+        const std::lock_guard lock(mutex_);
+        waiting_.pushBack(std::move(work));
+        noteWaiting();
+        if (idle_ != nullptr) {
+            worker = std::exchange(idle_, idle_->nextIdle);
+        } else if (workerCount_ < baseWorkers_) {
+            ++workerCount_;
+            ++toStart_;
+            needsSupervisor = true;
+        } else if (!isSupervised_) {
+            isSupervised_ = true;
+            needsSupervisor = true;
+        }
+    }
+    if (worker != nullptr) {
+        worker->wakeWord.set();
+    } else if (needsSupervisor) {
+        PoolSupervisor::shared().attend();
+    }
+}
+
+bool WorkerPool::hasWaiting() const noexcept {
+    if (hasWaiting_.load(std::memory_order_relaxed)) return true;
+    return workerOfThisThread != nullptr && workerOfThisThread->rest() > 0;
+}
+
+void WorkerPool::noteWaiting() noexcept {
+    const bool now = !waiting_.empty();
+    if (hasWaiting_.load(std::memory_order_relaxed) != now) hasWaiting_.store(now, std::memory_order_relaxed);
+}
+
+void WorkerPool::runThread(WorkerPool& pool, Worker& worker) noexcept {
+    dressThread(pool.qosClass_);
+    threadClass = pool.qosClass_;
+    workerOfThisThread = &worker;
+    const QueueFrame frame(pool.queue_);
+    pool.serve(worker);
+}
+
+void WorkerPool::serve(Worker& worker) noexcept {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+        if (waiting_.empty()) takeBackFromOthers(worker);
+        if (waiting_.empty()) {
+            if (workerCount_ > baseWorkers_) {
+                --workerCount_;
+                gone_.push_back(&worker);
+                lock.unlock();
+                ClockClients::announceChange();
+                return;
+            }
+            worker.nextIdle = std::exchange(idle_, &worker);
+            lock.unlock();
+            ClockClients::announceChange();
+            worker.wakeWord.wait();
+            lock.lock();
+            continue;
+        }
+        takeBatch(worker);
+        const std::size_t size = worker.size;
+        lock.unlock();
+        const std::size_t ran = runBatch(worker, size);
+        lock.lock();
+        worker.size = 0;
+        finished_ += ran;
+    }
+}
+
+std::size_t WorkerPool::runBatch(Worker& worker, std::size_t size) noexcept {
+    std::size_t ran = 0;
+    for (;;) {
+        const std::size_t index = worker.claimed.fetch_add(1, std::memory_order_acq_rel);
+        if (index >= size) break;
+        Work& work = worker.batch[index];
+        work();
+        work = nullptr;
+        ++ran;
+    }
+    return ran;
+}
+
+void WorkerPool::takeBatch(Worker& worker) {
+    const std::size_t count = std::clamp<std::size_t>(waiting_.size() / 2, 1, batchLimit);
+    for (std::size_t index = 0; index < count; ++index) worker.batch[index] = waiting_.popFront();
+    noteWaiting();
+    worker.size = count;
+    ++worker.batchNumber;
+    worker.claimed.store(0, std::memory_order_release);
+    taken_ += count;
+}
+
+/// Puts what `worker` has not started back in front of the others.
+void WorkerPool::takeBack(Worker& worker) {
+    if (worker.rest() == 0) return;
+    const std::size_t first = worker.claimed.exchange(worker.size, std::memory_order_acq_rel);
+    for (std::size_t index = worker.size; index > first; --index) {
+        waiting_.pushFront(std::move(worker.batch[index - 1]));
+        --taken_;
+    }
+    noteWaiting();
+}
+
+void WorkerPool::takeBackFromOthers(const Worker& worker) {
+    for (const std::unique_ptr<Worker>& other : workers_) {
+        if (other.get() != &worker) takeBack(*other);
+    }
+}
+
+bool WorkerPool::supervise() {
+    const std::lock_guard lock(mutex_);
+    if (!isSupervised_) return false;
+
+    std::uint64_t started = taken_;
+    bool isWaiting = !waiting_.empty();
+    for (const std::unique_ptr<Worker>& worker : workers_) {
+        const std::size_t claimed = worker->claimed.load(std::memory_order_acquire);
+        const bool hasStood = wasSeen_ && worker->seenBatch == worker->batchNumber && worker->seenClaimed == claimed;
+        worker->seenBatch = worker->batchNumber;
+        worker->seenClaimed = claimed;
+        const std::size_t rest = worker->rest();
+        started -= rest;
+        isWaiting |= rest > 0;
+        // A batch whose block has run since the last look may be stuck: others shall have the rest.
+        if (hasStood && rest > 0) takeBack(*worker);
+    }
+    if (!isWaiting) {
+        isSupervised_ = false;
+        wasSeen_ = false;
+        return false;
+    }
+    if (wasSeen_ && started == seenStarted_) {
+        // Twice as many each time: sixty-three blocked blocks are passed in a few looks.
+        const std::size_t more =
+            std::min({std::max<std::size_t>(workerCount_, 1), mostWorkers - workerCount_, waiting_.size()});
+        workerCount_ += more;
+        toStart_ += more;
+    }
+    seenStarted_ = started;
+    wasSeen_ = true;
+    return true;
+}
+
+bool WorkerPool::startWorkers() {
+    for (;;) {
+        Worker* worker = nullptr;
+        {
+            const std::lock_guard lock(mutex_);
+            if (toStart_ == 0) return true;
+            --toStart_;
+            if (gone_.empty()) {
+                workers_.push_back(std::make_unique<Worker>());
+                worker = workers_.back().get();
+            } else {
+                worker = gone_.back();
+                gone_.pop_back();
+            }
+        }
+        if (PoolSupervisor::startThread([this, worker] { runThread(*this, *worker); })) continue;
+        const std::lock_guard lock(mutex_);
+        gone_.push_back(worker);
+        --workerCount_;
+        isSupervised_ = true;
+        return false;
+    }
+}
+
+ClockActivity WorkerPool::activity() const noexcept {
+    const std::lock_guard lock(mutex_);
+    return {SteadyInstant::max(), taken_ + waiting_.size(), finished_};
+}
+
+}  // namespace corvane
