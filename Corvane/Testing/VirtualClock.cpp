@@ -62,23 +62,30 @@ class StandingClock final : public Clock {
     return activity.accepted == activity.finished && activity.nextDeadline > Clock::current().uptime();
 }
 
+/// Never back: a block may itself have moved the clock beyond.
 void moveTo(SteadyInstant instant) noexcept {
-    StandingClock::shared().setUptime(instant);
+    StandingClock& clock = StandingClock::shared();
+    clock.setUptime(std::max(instant, clock.uptime()));
     ClockClients::announceMove();
 }
 
 }  // namespace
 
-VirtualClock::VirtualClock(Date wallTime) { StandingClock::shared().install(wallTime); }
+VirtualClock::VirtualClock(Date wallTime) {
+    StandingClock::shared().install(wallTime);
+}
 
-VirtualClock::~VirtualClock() { StandingClock::shared().uninstall(); }
+VirtualClock::~VirtualClock() {
+    StandingClock::shared().uninstall();
+}
 
 void VirtualClock::advance(double seconds) {
     const SteadyInstant end = deadlineAfter(seconds);
     settle();
-    for (SteadyInstant next = ClockClients::scan().nextDeadline; next <= end; next = ClockClients::scan().nextDeadline) {
+    for (SteadyInstant next = ClockClients::scan().nextDeadline; next <= end;
+         next = ClockClients::scan().nextDeadline) {
         if (next == SteadyInstant::max()) break;
-        moveTo(std::max(next, uptime()));
+        moveTo(next);
         settle();
     }
     moveTo(end);
@@ -108,8 +115,12 @@ void VirtualClock::setWallTime(Date wallTime) {
     ClockClients::announceMove();
 }
 
-Date VirtualClock::now() const noexcept { return StandingClock::shared().now(); }
+Date VirtualClock::now() const noexcept {
+    return StandingClock::shared().now();
+}
 
-SteadyInstant VirtualClock::uptime() const noexcept { return StandingClock::shared().uptime(); }
+SteadyInstant VirtualClock::uptime() const noexcept {
+    return StandingClock::shared().uptime();
+}
 
 }  // namespace corvane::testing

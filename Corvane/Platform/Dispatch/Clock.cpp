@@ -35,7 +35,9 @@ constinit std::atomic<Clock*> clockInForce = &systemClock.clock;
 
 }  // namespace
 
-Clock& Clock::current() noexcept { return *clockInForce.load(std::memory_order_acquire); }
+Clock& Clock::current() noexcept {
+    return *clockInForce.load(std::memory_order_acquire);
+}
 
 void Clock::setCurrent(Clock* clock) noexcept {
     clockInForce.store(clock != nullptr ? clock : &systemClock.clock, std::memory_order_release);

@@ -39,7 +39,8 @@ void ClockClients::remove(ClockClient& client) noexcept {
 void ClockClients::announceMove() noexcept {
     Register& all = clientRegister();
     const std::lock_guard lock(all.mutex);
-    for (ClockClient* const client : all.clients) client->clockMoved();
+    for (ClockClient* const client : all.clients)
+        client->clockMoved();
 }
 
 ClockActivity ClockClients::scan() noexcept {
@@ -63,12 +64,20 @@ void ClockClients::announceChange() noexcept {
     changes.notify_all();
 }
 
-ClockClients::Watch::Watch() noexcept { watchers.fetch_add(1, std::memory_order_acq_rel); }
+ClockClients::Watch::Watch() noexcept {
+    watchers.fetch_add(1, std::memory_order_acq_rel);
+}
 
-ClockClients::Watch::~Watch() { watchers.fetch_sub(1, std::memory_order_acq_rel); }
+ClockClients::Watch::~Watch() {
+    watchers.fetch_sub(1, std::memory_order_acq_rel);
+}
 
-std::uint32_t ClockClients::Watch::ticket() const noexcept { return changes.load(std::memory_order_acquire); }
+std::uint32_t ClockClients::Watch::ticket() const noexcept {
+    return changes.load(std::memory_order_acquire);
+}
 
-void ClockClients::Watch::wait(std::uint32_t ticket) const noexcept { changes.wait(ticket, std::memory_order_acquire); }
+void ClockClients::Watch::wait(std::uint32_t ticket) const noexcept {
+    changes.wait(ticket, std::memory_order_acquire);
+}
 
 }  // namespace corvane

@@ -8,15 +8,6 @@
 
 namespace corvane {
 
-struct DelayedWork::Entry final : Deadline {
-    Entry(std::shared_ptr<DispatchQueue> target, Work&& block, DispatchQoS blockQoS)
-        : queue(std::move(target)), work(std::move(block)), qos(blockQoS) {}
-
-    std::shared_ptr<DispatchQueue> queue;
-    Work work;
-    DispatchQoS qos;
-};
-
 DelayedWork& DelayedWork::shared() {
     static auto* const instance = new DelayedWork;
     return *instance;
@@ -71,6 +62,8 @@ ClockActivity DelayedWork::activity() const noexcept {
     return {deadlines_.next(), taken_, finished_};
 }
 
-void DelayedWork::clockMoved() noexcept { wakeWord_.set(); }
+void DelayedWork::clockMoved() noexcept {
+    wakeWord_.set();
+}
 
 }  // namespace corvane

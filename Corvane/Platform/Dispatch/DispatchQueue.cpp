@@ -33,9 +33,7 @@ class MainQueue final : public DispatchQueue {
     MainQueue() noexcept : DispatchQueue("corvane.main", {QoSClass::userInteractive, 0}) {}
 
   private:
-    void enqueue(Work&& work, DispatchQoS) override {
-        RunLoop::main().implementation()->perform(std::move(work));
-    }
+    void enqueue(Work&& work, DispatchQoS) override { RunLoop::main().implementation()->perform(std::move(work)); }
 
     void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS) override {
         auto entry = std::make_shared<MainQueueDeadline>(std::move(work));
@@ -114,7 +112,9 @@ DispatchQueue& DispatchQueue::main() noexcept {
     return queue;
 }
 
-DispatchQueue& DispatchQueue::global(QoSClass qosClass) noexcept { return GlobalQueue::ofClass(qosClass); }
+DispatchQueue& DispatchQueue::global(QoSClass qosClass) noexcept {
+    return GlobalQueue::ofClass(qosClass);
+}
 
 std::shared_ptr<DispatchQueue> DispatchQueue::serial(std::string label, DispatchQoS qos,
                                                      std::shared_ptr<DispatchQueue> target) {
@@ -130,7 +130,9 @@ bool DispatchQueue::isCurrent() const noexcept {
     return QueueFrame::contains(QueueFrame::current(), this) || (this == &main() && Thread::isMainThread());
 }
 
-void DispatchQueue::async(Work work, DispatchQoS qos) { enqueue(std::move(work), qos); }
+void DispatchQueue::async(Work work, DispatchQoS qos) {
+    enqueue(std::move(work), qos);
+}
 
 void DispatchQueue::asyncAfter(double seconds, Work work, DispatchQoS qos) {
     if (seconds > 0) {

@@ -98,9 +98,11 @@ void PoolSupervisor::run() noexcept {
         if (isTimeToLook) {
             isWaiting = false;
             nextLook = RealClock::now() + lookInterval;
-            for (WorkerPool* const pool : pools) isWaiting |= pool->supervise();
+            for (WorkerPool* const pool : pools)
+                isWaiting |= pool->supervise();
         }
-        for (WorkerPool* const pool : pools) isWaiting |= !pool->startWorkers();
+        for (WorkerPool* const pool : pools)
+            isWaiting |= !pool->startWorkers();
     }
 }
 

@@ -15,7 +15,8 @@ struct ThreadRunLoop {
 
     ~ThreadRunLoop() {
         // What the loop destroys may ask for the thread's loop again, and so make a new one.
-        while (loop != nullptr) std::exchange(loop, nullptr).reset();
+        while (loop != nullptr)
+            std::exchange(loop, nullptr).reset();
     }
 };
 
@@ -24,7 +25,9 @@ struct ThreadRunLoop {
 RunLoop::RunLoop(std::shared_ptr<Implementation> implementation) noexcept
     : implementation_(std::move(implementation)) {}
 
-RunLoop::~RunLoop() { implementation_->end(); }
+RunLoop::~RunLoop() {
+    implementation_->end();
+}
 
 RunLoop& RunLoop::main() noexcept {
     static auto* const loop = new RunLoop(std::make_shared<Implementation>(mainThreadID()));
@@ -58,13 +61,17 @@ bool RunLoop::drain() {
     return implementation_->drain();
 }
 
-void RunLoop::stop() noexcept { implementation_->stop(); }
+void RunLoop::stop() noexcept {
+    implementation_->stop();
+}
 
 int RunLoop::pollDescriptor() {
     implementation_->requireOwnThread("pollDescriptor");
     return implementation_->pollDescriptor();
 }
 
-void RunLoop::perform(Work work) { implementation_->perform(std::move(work)); }
+void RunLoop::perform(Work work) {
+    implementation_->perform(std::move(work));
+}
 
 }  // namespace corvane

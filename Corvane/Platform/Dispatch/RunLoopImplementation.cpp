@@ -39,9 +39,13 @@ class RunLoop::Implementation::Pump {
     const bool outerIsStoppable_;
 };
 
-RunLoop::Implementation::Implementation(int thread) : thread_(thread) { ClockClients::add(*this); }
+RunLoop::Implementation::Implementation(int thread) : thread_(thread) {
+    ClockClients::add(*this);
+}
 
-RunLoop::Implementation::~Implementation() { delete descriptor_.load(std::memory_order_acquire); }
+RunLoop::Implementation::~Implementation() {
+    delete descriptor_.load(std::memory_order_acquire);
+}
 
 void RunLoop::Implementation::perform(Work&& work) {
     bool isFirst = false;
@@ -221,7 +225,9 @@ void RunLoop::Implementation::sleep(SteadyInstant limit) {
 }
 
 /// Makes what this thread has finished visible to `activity`.
-void RunLoop::Implementation::publish() noexcept { finished_ = completed_; }
+void RunLoop::Implementation::publish() noexcept {
+    finished_ = completed_;
+}
 
 void RunLoop::Implementation::wake() noexcept {
     wakeWord_.set();
@@ -259,7 +265,8 @@ void RunLoop::Implementation::end() noexcept {
         blocks.swap(queue_);
         entries = deadlines_.takeAll();
     }
-    for (const std::shared_ptr<RunLoopDeadline>& entry : entries) entry->loopEnded();
+    for (const std::shared_ptr<RunLoopDeadline>& entry : entries)
+        entry->loopEnded();
     entries.clear();
     blocks.clear();
     ClockClients::remove(*this);
@@ -269,8 +276,7 @@ ClockActivity RunLoop::Implementation::activity() const noexcept {
     const std::lock_guard lock(mutex_);
     // A block that asks is not waited for by itself, nor are those that it is nested in.
     const bool isOwnThread = currentThreadID() == thread_;
-    return {deadlines_.next(), taken_ + queue_.size(),
-            isOwnThread ? completed_ + running_ : finished_ + suspended_};
+    return {deadlines_.next(), taken_ + queue_.size(), isOwnThread ? completed_ + running_ : finished_ + suspended_};
 }
 
 void RunLoop::Implementation::clockMoved() noexcept {

@@ -70,8 +70,8 @@ void SerialQueue::drain() noexcept {
                 spare_ = std::move(batch);
                 return;
             }
-            // Goes on at once while nobody else wants this thread and no block wants a more urgent one.
-            if (drainClass_ <= runningClass && !target_->hasWaiting()) continue;
+            // Goes on at once while nobody else wants this thread and no block wants one of another class.
+            if (drainClass_ == runningClass && !target_->hasWaiting()) continue;
             state_ = State::scheduled;
             spare_ = std::move(batch);
             nextClass = drainClass_;

@@ -4,7 +4,9 @@
 
 namespace corvane {
 
-bool Thread::isMainThread() noexcept { return currentThreadID() == mainThreadID(); }
+bool Thread::isMainThread() noexcept {
+    return currentThreadID() == mainThreadID();
+}
 
 void Thread::assumeMainExecutor(std::source_location where) {
     if (isMainThread()) return;

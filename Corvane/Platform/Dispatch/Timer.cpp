@@ -13,7 +13,9 @@ namespace {
 
 constexpr double shortestInterval = 0.0001;
 
-double acceptedInterval(double interval) noexcept { return interval > 0 ? interval : shortestInterval; }
+double acceptedInterval(double interval) noexcept {
+    return interval > 0 ? interval : shortestInterval;
+}
 
 /// The first beat after `now` of a rhythm that has one at `due`.
 SteadyInstant nextBeat(SteadyInstant due, double interval, SteadyInstant now) noexcept {
@@ -104,19 +106,27 @@ Timer::Timer(std::unique_ptr<Implementation> implementation) noexcept : implemen
 Timer::~Timer() = default;
 
 std::shared_ptr<Timer> Timer::scheduled(double interval, bool repeats, Block block, RunLoop& loop) {
-    auto implementation = std::make_unique<Implementation>(acceptedInterval(interval), repeats, std::move(block),
-                                                           loop.implementation());
+    auto implementation =
+        std::make_unique<Implementation>(acceptedInterval(interval), repeats, std::move(block), loop.implementation());
     const std::shared_ptr<Timer> timer(new Timer(std::move(implementation)));
     timer->implementation_->start(timer);
     return timer;
 }
 
-void Timer::invalidate() noexcept { implementation_->invalidate(); }
+void Timer::invalidate() noexcept {
+    implementation_->invalidate();
+}
 
-bool Timer::isValid() const noexcept { return implementation_->isValid(); }
+bool Timer::isValid() const noexcept {
+    return implementation_->isValid();
+}
 
-void Timer::restart(double interval) noexcept { implementation_->restart(interval); }
+void Timer::restart(double interval) noexcept {
+    implementation_->restart(interval);
+}
 
-double Timer::interval() const noexcept { return implementation_->repeatInterval(); }
+double Timer::interval() const noexcept {
+    return implementation_->repeatInterval();
+}
 
 }  // namespace corvane

@@ -16,7 +16,8 @@ bool WakeWord::waitOnce(const std::chrono::nanoseconds* timeout) noexcept {
             span.tv_sec = seconds.count();
             span.tv_nsec = (*timeout - seconds).count();
         }
-        ::syscall(SYS_futex, &state_, FUTEX_WAIT_PRIVATE, State::waiting, timeout != nullptr ? &span : nullptr, nullptr, 0);
+        ::syscall(SYS_futex, &state_, FUTEX_WAIT_PRIVATE, State::waiting, timeout != nullptr ? &span : nullptr, nullptr,
+                  0);
     }
     return state_.exchange(State::idle, std::memory_order_acq_rel) == State::set;
 }

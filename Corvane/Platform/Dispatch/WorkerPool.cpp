@@ -64,7 +64,9 @@ WorkerPool::WorkerPool(QoSClass qosClass, const DispatchQueue* queue)
     PoolSupervisor::shared().add(*this);
 }
 
-QoSClass WorkerPool::classOfThisThread() noexcept { return threadClass; }
+QoSClass WorkerPool::classOfThisThread() noexcept {
+    return threadClass;
+}
 
 void WorkerPool::push(Work&& work) {
     Worker* worker = nullptr;
@@ -153,7 +155,8 @@ std::size_t WorkerPool::runBatch(Worker& worker, std::size_t size) noexcept {
 
 void WorkerPool::takeBatch(Worker& worker) {
     const std::size_t count = std::clamp<std::size_t>(waiting_.size() / 2, 1, batchLimit);
-    for (std::size_t index = 0; index < count; ++index) worker.batch[index] = waiting_.popFront();
+    for (std::size_t index = 0; index < count; ++index)
+        worker.batch[index] = waiting_.popFront();
     noteWaiting();
     worker.size = count;
     ++worker.batchNumber;

@@ -108,8 +108,8 @@ class DeadlineHeap {
     [[nodiscard]] SteadyInstant next() noexcept {
         while (!slots_.empty()) {
             const SteadyInstant key = slots_.front().key;
+            if (reload(*slots_.front().entry) == key) return key;
             rekey(0);
-            if (slots_.front().key == key) return key;
         }
         return SteadyInstant::max();
     }
@@ -117,15 +117,15 @@ class DeadlineHeap {
     /// Takes out the earliest entry whose deadline is not after `now`; null when nothing is due.
     [[nodiscard]] std::shared_ptr<Entry> takeDue(SteadyInstant now) noexcept {
         while (!slots_.empty() && slots_.front().key <= now) {
+            const SteadyInstant key = slots_.front().key;
             Deadline& deadline = *slots_.front().entry;
             deadline.armed_.store(SteadyInstant::max(), std::memory_order_seq_cst);
-            SteadyInstant wanted = deadline.wanted_.load(std::memory_order_seq_cst);
-            while (wanted <= now) {
-                if (deadline.wanted_.compare_exchange_weak(wanted, Deadline::taken, std::memory_order_seq_cst)) {
-                    deadline.due_ = wanted;
-                    return take(0);
-                }
+            SteadyInstant wanted = key;
+            if (deadline.wanted_.compare_exchange_strong(wanted, Deadline::taken, std::memory_order_seq_cst)) {
+                deadline.due_ = key;
+                return take(0);
             }
+            // Moved: due all the same, it may no longer be the first.
             rekey(0);
         }
         return nullptr;
@@ -135,7 +135,8 @@ class DeadlineHeap {
     [[nodiscard]] std::vector<std::shared_ptr<Entry>> takeAll() {
         std::vector<std::shared_ptr<Entry>> entries;
         entries.reserve(slots_.size());
-        while (!slots_.empty()) entries.push_back(take(slots_.size() - 1));
+        while (!slots_.empty())
+            entries.push_back(take(slots_.size() - 1));
         return entries;
     }
 
@@ -191,9 +192,7 @@ class DeadlineHeap {
         return entry;
     }
 
-    void note(std::size_t position) noexcept {
-        static_cast<Deadline&>(*slots_[position].entry).position_ = position;
-    }
+    void note(std::size_t position) noexcept { static_cast<Deadline&>(*slots_[position].entry).position_ = position; }
 
     void swapSlots(std::size_t a, std::size_t b) noexcept {
         std::swap(slots_[a], slots_[b]);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
 #include <Corvane/Platform/Dispatch/Private/ClockClient.hpp>
@@ -27,7 +28,14 @@ class DelayedWork final : public ClockClient {
     void clockMoved() noexcept override;
 
   private:
-    struct Entry;
+    struct Entry final : Deadline {
+        Entry(std::shared_ptr<DispatchQueue> target, Work&& block, DispatchQoS blockQoS)
+            : queue(std::move(target)), work(std::move(block)), qos(blockQoS) {}
+
+        const std::shared_ptr<DispatchQueue> queue;
+        Work work;
+        const DispatchQoS qos;
+    };
 
     DelayedWork();
     [[noreturn]] void run() noexcept;

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace corvane {
 

@@ -44,7 +44,8 @@ class WorkRing {
     void grow() {
         const std::size_t capacity = std::max(smallest, capacity_ * 2);
         auto slots = std::make_unique<Work[]>(capacity);
-        for (std::size_t index = 0; index < size_; ++index) slots[index] = std::move(at(index));
+        for (std::size_t index = 0; index < size_; ++index)
+            slots[index] = std::move(at(index));
         slots_ = std::move(slots);
         capacity_ = capacity;
         first_ = 0;

@@ -48,6 +48,7 @@ class WorkerPool final : public ClockClient {
     [[nodiscard]] static QoSClass classOfThisThread() noexcept;
 
     [[nodiscard]] ClockActivity activity() const noexcept override;
+
     void clockMoved() noexcept override {}
 
   private:

@@ -1,0 +1,56 @@
+#include <cmath>
+#include <limits>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Dispatch/Clock.hpp>
+#include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
+#include <Corvane/Platform/Dispatch/Thread.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+TEST(Clock, DeadlinesSaturateAndNeverLieInThePast) {
+    const testing::VirtualClock clock;
+    const SteadyInstant now = clock.uptime();
+    for (const double seconds : {0.0, -1.0, -std::numeric_limits<double>::infinity(), std::nan("")}) {
+        EXPECT_EQ(deadlineAfter(seconds), now) << seconds;
+    }
+    for (const double seconds : {9.3e9, 1e300, std::numeric_limits<double>::infinity()}) {
+        EXPECT_EQ(deadlineAfter(seconds), SteadyInstant::max()) << seconds;
+    }
+    EXPECT_EQ(deadlineAfter(0.3) - now, std::chrono::milliseconds(300));
+    EXPECT_EQ(deadlineAfter(9.0e9) - now, std::chrono::seconds(9'000'000'000));
+}
+
+TEST(Clock, SystemClockWaitsForDeadlinesOnly) {
+    const Clock& clock = Clock::current();
+    const SteadyInstant now = clock.uptime();
+    EXPECT_EQ(clock.timeToWait(now), std::chrono::nanoseconds::zero());
+    EXPECT_GT(clock.timeToWait(now + std::chrono::hours(1)), std::chrono::minutes(59));
+    EXPECT_EQ(clock.timeToWait(SteadyInstant::max()), std::nullopt);
+}
+
+TEST(Thread, TellsTheFirstThreadFromOthers) {
+    EXPECT_TRUE(Thread::isMainThread());
+    Thread::assumeMainExecutor();
+    bool isMain = true;
+    std::thread([&] { isMain = Thread::isMainThread(); }).join();
+    EXPECT_FALSE(isMain);
+}
+
+TEST(ThreadDeathTest, StopsWhereTheMainExecutorIsAssumedWrongly) {
+    EXPECT_DEATH(std::thread([] { Thread::assumeMainExecutor(); }).join(),
+                 "Fatal error: Incorrect actor executor assumption; Expected same executor as MainActor");
+}
+
+TEST(DispatchQoS, DescribesItself) {
+    EXPECT_EQ(DispatchQoS().description(), "unspecified, relative priority 0");
+    EXPECT_EQ((DispatchQoS{QoSClass::default_, -3}).description(), "default, relative priority -3");
+    EXPECT_EQ(description(QoSClass::userInteractive), "userInteractive");
+}
+
+}  // namespace
+}  // namespace corvane

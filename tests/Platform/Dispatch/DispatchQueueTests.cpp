@@ -1,0 +1,251 @@
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <future>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Dispatch/Thread.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+int niceOfThisThread() {
+    return ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
+}
+
+TEST(DispatchQueue, TheMainQueueRunsOnTheMainThreadInOrder) {
+    std::vector<int> ran;
+    for (int number = 0; number < 3; ++number) {
+        DispatchQueue::main().async([&, number] {
+            EXPECT_TRUE(Thread::isMainThread());
+            EXPECT_TRUE(DispatchQueue::main().isCurrent());
+            ran.push_back(number);
+        });
+    }
+    EXPECT_TRUE(ran.empty());
+    RunLoop::main().drain();
+    EXPECT_THAT(ran, ElementsAre(0, 1, 2));
+}
+
+TEST(DispatchQueue, GlobalWorkersCarryTheNiceValueOfTheirClass) {
+    const struct {
+        QoSClass qosClass;
+        int nice;
+    } cases[] = {{QoSClass::background, 15},   {QoSClass::utility, 8},         {QoSClass::default_, 2},
+                 {QoSClass::userInitiated, 1}, {QoSClass::userInteractive, 0}, {QoSClass::unspecified, 2}};
+
+    const int processNice = niceOfThisThread();
+    for (const auto& [qosClass, nice] : cases) {
+        std::promise<int> promise;
+        // By way of the lowest class: what starts a worker does not rub off on it.
+        DispatchQueue::global(QoSClass::background).async([&, wanted = qosClass] {
+            DispatchQueue::global(wanted).async([&] { promise.set_value(niceOfThisThread()); });
+        });
+        EXPECT_EQ(promise.get_future().get(), std::min(processNice + nice, 19)) << description(qosClass);
+    }
+}
+
+TEST(DispatchQueue, ABlockIsLiftedToItsOwnClassAndNeverLowered) {
+    const int processNice = niceOfThisThread();
+    DispatchQueue& utility = DispatchQueue::global(QoSClass::utility);
+    const auto serial = DispatchQueue::serial("lifted", {QoSClass::utility, 0});
+    const auto nested = DispatchQueue::serial("nested", {}, serial);
+    for (DispatchQueue* const queue : {&utility, serial.get(), nested.get()}) {
+        for (const auto& [qosClass, nice] :
+             {std::pair(QoSClass::userInitiated, 1), std::pair(QoSClass::background, 8)}) {
+            std::promise<int> promise;
+            queue->async(
+                [&] {
+                    EXPECT_TRUE(queue->isCurrent());
+                    promise.set_value(niceOfThisThread());
+                },
+                {qosClass, 0});
+            EXPECT_EQ(promise.get_future().get(), std::min(processNice + nice, 19)) << queue->label();
+        }
+    }
+}
+
+TEST(DispatchQueue, ASerialQueueKeepsEachProducersOrderAndRunsOneBlockAtATime) {
+    constexpr int producers = 4;
+    constexpr int blocks = 5000;
+    const auto target = DispatchQueue::serial("target");
+    const auto queue = DispatchQueue::serial("ordered", {QoSClass::userInitiated, 0}, target);
+    std::vector<int> next(producers, 0);  // guarded by the queue alone
+    std::atomic<int> inside = 0;
+    bool isRight = true;
+    std::vector<std::thread> threads;
+    for (std::size_t producer = 0; producer < producers; ++producer) {
+        threads.emplace_back([&, producer] {
+            for (int number = 0; number < blocks; ++number) {
+                // Lifting now and then must not let a block overtake another.
+                const DispatchQoS qos{number % 16 == 0 ? QoSClass::userInteractive : QoSClass::unspecified, 0};
+                queue->async(
+                    [&, producer, number] {
+                        isRight &= inside.fetch_add(1) == 0 && next[producer]++ == number;
+                        inside.fetch_sub(1);
+                    },
+                    qos);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    queue->sync([] {});
+    EXPECT_TRUE(isRight);
+    EXPECT_THAT(next, ElementsAreArray(std::vector<int>(producers, blocks)));
+}
+
+TEST(DispatchQueue, KnowsWhichQueuesABlockRunsOn) {
+    const auto target = DispatchQueue::serial("target");
+    const auto queue = DispatchQueue::serial("queue", {}, target);
+    EXPECT_FALSE(queue->isCurrent());
+    queue->sync([&] {
+        EXPECT_TRUE(queue->isCurrent());
+        EXPECT_TRUE(target->isCurrent());
+        EXPECT_TRUE(DispatchQueue::global().isCurrent());
+        EXPECT_FALSE(DispatchQueue::global(QoSClass::utility).isCurrent());
+        EXPECT_FALSE(DispatchQueue::main().isCurrent());
+    });
+    target->sync([&] { EXPECT_FALSE(queue->isCurrent()); });
+    EXPECT_FALSE(target->isCurrent());
+
+    const auto onMain = DispatchQueue::serial("on main", {}, DispatchQueue::main().shared_from_this());
+    onMain->async([&] { EXPECT_TRUE(onMain->isCurrent() && Thread::isMainThread()); });
+    EXPECT_TRUE(RunLoop::main().drain());
+}
+
+TEST(DispatchQueue, ASerialQueueLivesUntilItsLastBlockHasRun) {
+    auto queue = DispatchQueue::serial("short-lived");
+    const std::weak_ptr<DispatchQueue> watch = queue;
+    std::promise<void> go;
+    std::promise<bool> wasAlive;
+    queue->async([&] { go.get_future().wait(); });
+    queue->async([&] { wasAlive.set_value(!watch.expired()); });
+    queue.reset();
+    go.set_value();
+    EXPECT_TRUE(wasAlive.get_future().get());
+}
+
+TEST(DispatchQueue, SyncGivesBackValuesAndExceptions) {
+    const auto serial = DispatchQueue::serial("sync");
+    for (DispatchQueue* const queue : {serial.get(), &DispatchQueue::global()}) {
+        EXPECT_EQ(queue->sync([] { return std::make_unique<int>(7); }).operator*(), 7);
+        EXPECT_THROW(queue->sync([] { throw std::runtime_error("no"); }), std::runtime_error);
+        EXPECT_THROW(queue->sync([]() -> int { throw std::runtime_error("no"); }), std::runtime_error);
+    }
+    const std::thread::id here = std::this_thread::get_id();
+    EXPECT_EQ(DispatchQueue::global().sync([] { return std::this_thread::get_id(); }), here);
+    EXPECT_NE(serial->sync([] { return std::this_thread::get_id(); }), here);
+
+    // From a worker to the main thread, which is awake in its loop.
+    DispatchQueue::global().async([&] {
+        EXPECT_TRUE(DispatchQueue::main().sync([] { return Thread::isMainThread(); }));
+        RunLoop::main().stop();
+    });
+    RunLoop::main().run();
+}
+
+TEST(DispatchQueueDeathTest, SyncOnAQueueThatWaitsForTheCallerStopsTheProcess) {
+    const auto target = DispatchQueue::serial("target");
+    const auto queue = DispatchQueue::serial("queue", {}, target);
+    EXPECT_DEATH(DispatchQueue::main().sync([] {}), "sync was called on the queue \"corvane.main\"");
+    EXPECT_DEATH(queue->sync([&] { queue->sync([] {}); }), "sync was called on the queue \"queue\"");
+    EXPECT_DEATH(queue->sync([&] { target->sync([] {}); }), "sync was called on the queue \"target\"");
+    const auto other = DispatchQueue::serial("other");
+    EXPECT_DEATH(queue->sync([&] { other->sync([&] { queue->sync([] {}); }); }), "queue \"queue\"");
+    EXPECT_DEATH(queue->sync([&] { DispatchQueue::main().sync([] {}); }), "queue \"corvane.main\"");
+}
+
+TEST(DispatchQueue, DelayedBlocksComeInOrderOnTheClockInForce) {
+    testing::VirtualClock clock;
+    const auto serial = DispatchQueue::serial("delayed");
+    for (DispatchQueue* const queue : {serial.get(), &DispatchQueue::main()}) {
+        std::vector<int> ran;
+        queue->asyncAfter(2, [&] { ran.push_back(2); });
+        queue->asyncAfter(1, [&] { ran.push_back(1); });
+        for (int number = 3; number < 10; ++number)
+            queue->asyncAfter(2, [&, number] { ran.push_back(number); });
+        queue->asyncAfter(1e300, [&] { ran.push_back(99); });
+        queue->asyncAfter(0, [&] { ran.push_back(0); });
+        clock.settle();
+        EXPECT_THAT(ran, ElementsAre(0));
+        clock.advance(1.999);
+        EXPECT_THAT(ran, ElementsAre(0, 1));
+        clock.advance(0.001);
+        EXPECT_THAT(ran, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
+    }
+}
+
+TEST(DispatchQueue, DelayedBlocksRunOnTheSystemsClock) {
+    std::promise<void> done;
+    const SteadyInstant start = Clock::current().uptime();
+    DispatchQueue::global().asyncAfter(0.002, [&] {
+        EXPECT_GE(Clock::current().uptime() - start, std::chrono::milliseconds(2));
+        done.set_value();
+    });
+    done.get_future().wait();
+}
+
+TEST(DispatchQueue, NothingIsLostBetweenQueuesUnderStress) {
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    testing::VirtualClock clock;
+    constexpr QoSClass classes[] = {QoSClass::background, QoSClass::utility, QoSClass::default_,
+                                    QoSClass::userInitiated, QoSClass::userInteractive};
+    std::vector<DispatchQueue*> queues = {&DispatchQueue::main()};
+    for (const QoSClass qosClass : classes)
+        queues.push_back(&DispatchQueue::global(qosClass));
+    std::vector<std::shared_ptr<DispatchQueue>> serials;
+    for (unsigned number = 0; number < 4; ++number) {
+        serials.push_back(DispatchQueue::serial("serial", {classes[number], 0}, number == 3 ? serials[0] : nullptr));
+        queues.push_back(serials.back().get());
+    }
+    std::atomic<int> ran = 0;
+
+    struct Hop {
+        void operator()() {
+            ran->fetch_add(1, std::memory_order_relaxed);
+            if (left == 0) return;
+            DispatchQueue& next = *(*queues)[random() % queues->size()];
+            Hop hop = *this;
+            --hop.left;
+            const DispatchQoS qos{static_cast<QoSClass>(random() % 6), 0};
+            if (random() % 4 == 0) {
+                next.asyncAfter(static_cast<double>(random() % 8) * 0.001, hop, qos);
+            } else {
+                next.async(hop, qos);
+            }
+        }
+
+        const std::vector<DispatchQueue*>* queues;
+        std::atomic<int>* ran;
+        std::minstd_rand random;
+        int left;
+    };
+
+    constexpr int chains = 200;
+    constexpr int hops = 100;
+    for (unsigned chain = 0; chain < chains; ++chain) {
+        queues[chain % queues.size()]->async(Hop{&queues, &ran, std::minstd_rand(seed + chain), hops - 1});
+    }
+    clock.advance(1);
+    EXPECT_EQ(ran.load(), chains * hops);
+}
+
+}  // namespace
+}  // namespace corvane

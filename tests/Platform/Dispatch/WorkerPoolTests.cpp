@@ -1,0 +1,113 @@
+#include <atomic>
+#include <cstdlib>
+#include <future>
+#include <latch>
+#include <memory>
+#include <semaphore>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Private/WorkRing.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+TEST(WorkerPool, MakesProgressWhileSixtyThreeBlocksBlock) {
+    constexpr std::ptrdiff_t blocked = 63;
+    DispatchQueue& queue = DispatchQueue::global(QoSClass::utility);
+    std::latch allInside(blocked);
+    std::promise<void> release;
+    const std::shared_future<void> released = release.get_future().share();
+    std::latch allOut(blocked);
+    // Short ones among them, so that some stand behind a blocked one in the same batch.
+    std::latch shortOnes(10 * blocked);
+    for (std::ptrdiff_t number = 0; number < blocked; ++number) {
+        queue.async([&] {
+            allInside.count_down();
+            released.wait();
+            allOut.count_down();
+        });
+        for (int count = 0; count < 10; ++count)
+            queue.async([&] { shortOnes.count_down(); });
+    }
+    allInside.wait();
+    shortOnes.wait();
+    std::promise<void> progress;
+    queue.async([&] { progress.set_value(); });
+    progress.get_future().wait();
+    release.set_value();
+    allOut.wait();
+}
+
+TEST(WorkerPool, ABlockBehindABlockedOneIsTakenOver) {
+    DispatchQueue& queue = DispatchQueue::global(QoSClass::userInitiated);
+    for (int round = 0; round < 50; ++round) {
+        std::binary_semaphore first(0);
+        std::latch done(21);
+        queue.async([&] {
+            // What was queued behind this block has to run first.
+            first.acquire();
+            done.count_down();
+        });
+        for (int count = 0; count < 19; ++count)
+            queue.async([&] { done.count_down(); });
+        queue.async([&] {
+            first.release();
+            done.count_down();
+        });
+        done.wait();
+    }
+}
+
+TEST(WorkerPool, BlocksAreDestroyedOnceTheyHaveRun) {
+    testing::VirtualClock clock;
+    const auto token = std::make_shared<int>();
+    std::atomic<int> ran = 0;
+    for (int count = 0; count < 1000; ++count)
+        DispatchQueue::global().async([&, token] { ++ran; });
+    clock.settle();
+    EXPECT_EQ(ran, 1000);
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+TEST(WorkerPoolDeathTest, TheProcessExitsCleanlyWhileWorkersWork) {
+    EXPECT_EXIT(
+        {
+            std::latch busy(3);
+            for (int count = 0; count < 3; ++count) {
+                DispatchQueue::global().async([&] {
+                    busy.count_down();
+                    for (;;)
+                        DispatchQueue::global(QoSClass::background).async([] {});
+                });
+            }
+            DispatchQueue::global().asyncAfter(3600, [] {});
+            busy.wait();
+            std::exit(7);
+        },
+        ::testing::ExitedWithCode(7), "");
+}
+
+TEST(WorkRing, KeepsOrderWhileItGrowsAndTurns) {
+    WorkRing ring;
+    int ran = 0;
+    int queued = 0;
+    const auto block = [&](int number) { return Work([&ran, number] { EXPECT_EQ(ran++, number); }); };
+    for (int round = 0; round < 50; ++round) {
+        for (int count = 0; count < 7 * round; ++count)
+            ring.pushBack(block(queued++));
+        for (int count = 0; count < 5 * round; ++count)
+            ring.popFront()();
+        if (ring.empty()) continue;
+        ring.pushFront(ring.popFront());
+    }
+    while (!ring.empty())
+        ring.popFront()();
+    EXPECT_EQ(ran, queued);
+}
+
+}  // namespace
+}  // namespace corvane
