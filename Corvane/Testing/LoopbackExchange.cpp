@@ -1,3 +1,4 @@
+#include <future>
 #include <utility>
 
 #include <Corvane/Testing/LoopbackExchange.hpp>
@@ -30,6 +31,23 @@ void LoopbackExchange::close() const {
 
 void LoopbackExchange::reset() const {
     end({{}, LoopbackScript::Ending::reset});
+}
+
+bool LoopbackExchange::waitUntilWritten(std::chrono::milliseconds patience) const {
+    // Kept by the command and the connection only, so that the wait ends when they let go of it.
+    auto isWritten = std::make_shared<std::promise<void>>();
+    std::future<void> outcome = isWritten->get_future();
+    engine_->perform(request_->connection, number_, [isWritten = std::move(isWritten)](LoopbackConnection& connection) {
+        connection.whenWritten([isWritten] { isWritten->set_value(); });
+    });
+    if (outcome.wait_for(patience) != std::future_status::ready) return false;
+    try {
+        outcome.get();
+        return true;
+    } catch (const std::future_error&) {
+        // Let go of without having been called.
+        return false;
+    }
 }
 
 bool LoopbackExchange::waitForHangUp(std::chrono::milliseconds patience) const {

@@ -18,7 +18,7 @@ struct LoopbackScript;
 /// here depends on real time, so an idle timeout can be tried on a virtual clock.
 ///
 /// A handle: copies mean the same exchange. All operations may be called on any thread, never block (but
-/// `waitForHangUp`) and do nothing once the exchange is over, the client is gone or the server destroyed.
+/// for the waits) and do nothing once the exchange is over, the client is gone or the server destroyed.
 class CORVANE_EXPORT LoopbackExchange {
   public:
     [[nodiscard]] const LoopbackRequest& request() const noexcept { return *request_; }
@@ -35,6 +35,10 @@ class CORVANE_EXPORT LoopbackExchange {
     /// Closes the connection in order, or resets it, when the pieces sent before are written.
     void close() const;
     void reset() const;
+
+    /// Blocks until the system has taken everything sent so far; of a piece larger than what its buffers hold, the
+    /// client has then read a part. False when `patience` of real time is exhausted or the exchange is over.
+    [[nodiscard]] bool waitUntilWritten(std::chrono::milliseconds patience = std::chrono::seconds(20)) const;
 
     /// Blocks until the client has hung up; false when it has not within `patience` of real time.
     [[nodiscard]] bool waitForHangUp(std::chrono::milliseconds patience = std::chrono::seconds(20)) const;

@@ -203,6 +203,7 @@ TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
         first->send(piece);
         EXPECT_EQ(trickled.receiveUntil(piece), piece);
     }
+    EXPECT_TRUE(first->waitUntilWritten());
     first->finish();
     first->send("never seen, the exchange is over");
     trickled.send(request);
@@ -211,11 +212,14 @@ TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
     second->reset();
     EXPECT_EQ(trickled.receiveAll(), "");
     EXPECT_TRUE(trickled.wasReset());
+    EXPECT_FALSE(second->waitUntilWritten());
 
     RawClient impatient(server.port());
     impatient.send(request);
     const auto third = server.waitForHeldExchange();
     ASSERT_TRUE(third);
+    third->send(std::string(50'000'000, 'x'));
+    EXPECT_FALSE(third->waitUntilWritten(std::chrono::milliseconds(0)));
     impatient.hangUp();
     EXPECT_TRUE(third->waitForHangUp());
     third->respond({});

@@ -76,6 +76,11 @@ void LoopbackConnection::sendPiece(const std::string& bytes) {
     flush();
 }
 
+void LoopbackConnection::whenWritten(std::function<void()> observer) {
+    writeObservers_.push_back(std::move(observer));
+    flush();
+}
+
 void LoopbackConnection::endExchange(const LoopbackScript& script) {
     play(script);
     if (!isOver_) readRequests();
@@ -107,7 +112,10 @@ void LoopbackConnection::flush() {
             written_ = 0;
         }
     }
-    if (isOver_ || isLingering_) return;
+    if (isOver_) return;
+    for (const auto& observer : std::exchange(writeObservers_, {}))
+        observer();
+    if (isLingering_) return;
     if (ending_ == Ending::reset) {
         // With a linger time of zero, close() discards what is queued and resets the connection.
         const linger immediately{.l_onoff = 1, .l_linger = 0};

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include <Corvane/Testing/LoopbackRequest.hpp>
 #include <Corvane/Testing/LoopbackResponse.hpp>
@@ -46,6 +48,9 @@ class LoopbackConnection {
     /// Sends bytes of the exchange that is held back, which goes on.
     void sendPiece(const std::string& bytes);
 
+    /// Calls `observer` once the output is written, never when the connection ends before.
+    void whenWritten(std::function<void()> observer);
+
     /// Sends the last bytes of that exchange and goes on with the requests that came in meanwhile.
     void endExchange(const LoopbackScript& script);
 
@@ -65,6 +70,7 @@ class LoopbackConnection {
     std::string output_;
     /// How much of the output is written.
     std::size_t written_ = 0;
+    std::vector<std::function<void()>> writeObservers_;
     std::uint64_t exchange_ = 0;
     /// What to do when the output is written.
     LoopbackScript::Ending ending_ = LoopbackScript::Ending::keepAlive;

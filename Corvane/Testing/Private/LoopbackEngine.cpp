@@ -48,6 +48,8 @@ void LoopbackEngine::run() {
         log_.connectionClosed(number);
     connections_.clear();
     log_.forgetHeldExchanges();
+    const std::lock_guard lock(mutex_);
+    commands_.clear();
 }
 
 void LoopbackEngine::stop() {
