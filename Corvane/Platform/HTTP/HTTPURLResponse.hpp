@@ -15,8 +15,7 @@ namespace corvane {
 /// and may be read on any thread.
 class CORVANE_EXPORT HTTPURLResponse {
   public:
-    HTTPURLResponse(URL url, int statusCode, std::string httpVersion,
-                    std::vector<HTTPHeaderField> headerFields);
+    HTTPURLResponse(URL url, int statusCode, std::string httpVersion, std::vector<HTTPHeaderField> headerFields);
 
     /// Where the response came from: the request's URL, or the last one when redirects were followed.
     [[nodiscard]] const URL& url() const noexcept { return url_; }

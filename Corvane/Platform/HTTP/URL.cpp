@@ -1,9 +1,10 @@
-#include <array>
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
 #include <curl/curl.h>
 
+#include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
 #include <Corvane/Platform/HTTP/URL.hpp>
 
 namespace corvane {
@@ -38,9 +39,12 @@ bool hasControlCharacters(std::string_view text) noexcept {
 /// Percent-encodes what RFC 3986 does not allow in a path, query or fragment, and leaves the authority alone:
 /// a name outside ASCII there is translated by the resolver (RFC 5891), not percent-encoded.
 std::string encoded(std::string_view text) {
-    const auto authority = text.find("//");
-    const auto start = authority == std::string_view::npos ? 0 : text.find_first_of("/?#", authority + 2);
-    if (start == std::string_view::npos) return std::string(text);
+    std::size_t start = 0;
+    const auto slashes = text.find_first_of("/?#");
+    if (slashes != std::string_view::npos && text.substr(slashes).starts_with("//") &&
+        (slashes == 0 || text[slashes - 1] == ':')) {
+        start = std::min(text.find_first_of("/?#", slashes + 2), text.size());
+    }
     std::string result(text.substr(0, start));
     result.reserve(text.size());
     for (const char c : text.substr(start)) {
@@ -57,8 +61,7 @@ std::string encoded(std::string_view text) {
     return result;
 }
 
-std::string originOf(std::string_view scheme, std::string_view hostWithBrackets,
-                     std::optional<std::uint16_t> port) {
+std::string originOf(std::string_view scheme, std::string_view hostWithBrackets, std::optional<std::uint16_t> port) {
     std::string origin(scheme);
     origin.append("://").append(hostWithBrackets);
     for (char& c : origin) {
@@ -112,6 +115,12 @@ std::optional<URL> URL::fromHandle(void* handle, std::string text) {
 
 std::optional<URL> URL::parse(std::string_view text) {
     if (hasControlCharacters(text)) return std::nullopt;
+    // libcurl overlooks a slash too many or too few.
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos || !text.substr(colon).starts_with("://")) return std::nullopt;
+    if (text.substr(colon).starts_with(":///") && !http::equalNames(text.substr(0, colon), "file")) {
+        return std::nullopt;
+    }
     std::string absolute = encoded(text);
     const Handle handle(curl_url());
     if (!handle || curl_url_set(handle.get(), CURLUPART_URL, absolute.c_str(), setFlags) != CURLUE_OK) {
@@ -122,9 +131,13 @@ std::optional<URL> URL::parse(std::string_view text) {
 
 std::optional<URL> URL::resolving(std::string_view reference) const {
     if (hasControlCharacters(reference)) return std::nullopt;
+    // libcurl 7 drops path and query with the old fragment.
+    if (reference.empty() || reference.front() == '#') {
+        const std::string_view whole = parts_->absolute;
+        return parse(std::string(whole.substr(0, whole.find('#'))).append(reference));
+    }
     const Handle handle(curl_url());
-    if (!handle ||
-        curl_url_set(handle.get(), CURLUPART_URL, parts_->absolute.c_str(), setFlags) != CURLUE_OK ||
+    if (!handle || curl_url_set(handle.get(), CURLUPART_URL, parts_->absolute.c_str(), setFlags) != CURLUE_OK ||
         curl_url_set(handle.get(), CURLUPART_URL, encoded(reference).c_str(), setFlags) != CURLUE_OK) {
         return std::nullopt;
     }

@@ -55,9 +55,7 @@ class CORVANE_EXPORT URL {
     /// "https://example.org:8443". Two URLs of one origin may share credentials.
     [[nodiscard]] const std::string& origin() const noexcept;
 
-    friend bool operator==(const URL& a, const URL& b) noexcept {
-        return a.absoluteString() == b.absoluteString();
-    }
+    friend bool operator==(const URL& a, const URL& b) noexcept { return a.absoluteString() == b.absoluteString(); }
 
   private:
     struct Parts;

@@ -5,8 +5,7 @@
 
 namespace corvane {
 
-URLRequest::URLRequest(URL url, URLRequestCachePolicy cachePolicy)
-    : url_(std::move(url)), cachePolicy_(cachePolicy) {}
+URLRequest::URLRequest(URL url, URLRequestCachePolicy cachePolicy) : url_(std::move(url)), cachePolicy_(cachePolicy) {}
 
 URLRequest::URLRequest(URL url, URLRequestCachePolicy cachePolicy, double timeoutInterval)
     : URLRequest(std::move(url), cachePolicy) {
@@ -42,8 +41,7 @@ void URLRequest::addValue(std::string_view value, std::string_view field) {
 }
 
 void URLRequest::removeValue(std::string_view field) {
-    std::erase_if(headerFields_,
-                  [&](const HTTPHeaderField& known) { return http::equalNames(known.name, field); });
+    std::erase_if(headerFields_, [&](const HTTPHeaderField& known) { return http::equalNames(known.name, field); });
 }
 
 std::optional<std::string> URLRequest::value(std::string_view field) const {

@@ -32,8 +32,7 @@ class CORVANE_EXPORT URLRequest {
     static constexpr double defaultTimeoutInterval = 60;
 
     /// A GET request that leaves its timeout to the session.
-    explicit URLRequest(URL url,
-                        URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy);
+    explicit URLRequest(URL url, URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy);
     URLRequest(URL url, URLRequestCachePolicy cachePolicy, double timeoutInterval);
 
     [[nodiscard]] const URL& url() const noexcept { return url_; }

@@ -34,14 +34,13 @@ class CORVANE_EXPORT URLSession {
     /// Receives a task's outcome on the delegate queue, exactly once. On success the error is absent,
     /// response and body are present (a body of no bytes is empty, not absent). On failure the body is
     /// absent; the response is present when its head had arrived. An HTTP status is never a failure.
-    using CompletionHandler =
-        UniqueFunction<void(std::optional<Data> data, std::shared_ptr<const HTTPURLResponse> response,
-                            std::optional<PlatformError> error)>;
+    using CompletionHandler = UniqueFunction<void(
+        std::optional<Data> data, std::shared_ptr<const HTTPURLResponse> response, std::optional<PlatformError> error)>;
 
     /// Callbacks come on `delegateQueue`; without one, on a serial queue of the session's own.
-    [[nodiscard]] static std::shared_ptr<URLSession> make(
-        URLSessionConfiguration configuration, std::shared_ptr<URLSessionDelegate> delegate = nullptr,
-        std::shared_ptr<DispatchQueue> delegateQueue = nullptr);
+    [[nodiscard]] static std::shared_ptr<URLSession> make(URLSessionConfiguration configuration,
+                                                          std::shared_ptr<URLSessionDelegate> delegate = nullptr,
+                                                          std::shared_ptr<DispatchQueue> delegateQueue = nullptr);
 
     /// The same with a queue that is never destroyed: `DispatchQueue::main()`.
     [[nodiscard]] static std::shared_ptr<URLSession> make(URLSessionConfiguration configuration,
@@ -57,8 +56,8 @@ class CORVANE_EXPORT URLSession {
 
     /// Makes a suspended task that reports to its handler. A request that cannot be sent is a failure of its
     /// task. On an invalidated session the task fails with `URLError::cancelled` when resumed.
-    [[nodiscard]] virtual std::shared_ptr<URLSessionDataTask> dataTask(
-        URLRequest request, CompletionHandler completionHandler) = 0;
+    [[nodiscard]] virtual std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
+                                                                       CompletionHandler completionHandler) = 0;
 
     /// Makes a suspended task that reports to the delegate.
     [[nodiscard]] virtual std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request) = 0;

@@ -4,8 +4,9 @@ namespace corvane {
 
 URLSessionDelegate::~URLSessionDelegate() = default;
 
-URLSessionDelayedRequestDecision URLSessionDelegate::taskWillBeginDelayedRequest(
-    URLSession& /*session*/, URLSessionDataTask& /*task*/, const URLRequest& /*request*/) {
+URLSessionDelayedRequestDecision URLSessionDelegate::taskWillBeginDelayedRequest(URLSession& /*session*/,
+                                                                                 URLSessionDataTask& /*task*/,
+                                                                                 const URLRequest& /*request*/) {
     return {};
 }
 
@@ -20,7 +21,6 @@ void URLSessionDelegate::dataTaskDidReceiveData(URLSession& /*session*/, URLSess
 void URLSessionDelegate::taskDidComplete(URLSession& /*session*/, URLSessionDataTask& /*task*/,
                                          std::optional<PlatformError> /*error*/) {}
 
-void URLSessionDelegate::sessionDidBecomeInvalid(URLSession& /*session*/,
-                                                 std::optional<PlatformError> /*error*/) {}
+void URLSessionDelegate::sessionDidBecomeInvalid(URLSession& /*session*/, std::optional<PlatformError> /*error*/) {}
 
 }  // namespace corvane

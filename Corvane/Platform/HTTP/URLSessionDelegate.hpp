@@ -45,8 +45,7 @@ enum class URLSessionAuthChallengeDisposition : unsigned char {
 };
 
 struct URLSessionAuthChallengeDecision {
-    URLSessionAuthChallengeDisposition disposition =
-        URLSessionAuthChallengeDisposition::performDefaultHandling;
+    URLSessionAuthChallengeDisposition disposition = URLSessionAuthChallengeDisposition::performDefaultHandling;
     /// For `useCredential`; without one the challenge is handled by default.
     std::optional<URLCredential> credential;
 };
@@ -59,21 +58,19 @@ class CORVANE_EXPORT URLSessionDelegate {
 
     /// A request that waited for connectivity or for its time is about to be sent. Sessions do not put
     /// requests off yet (see `URLSessionConfiguration::waitsForConnectivity`), so this is not called yet.
-    virtual URLSessionDelayedRequestDecision taskWillBeginDelayedRequest(URLSession& session,
-                                                                         URLSessionDataTask& task,
+    virtual URLSessionDelayedRequestDecision taskWillBeginDelayedRequest(URLSession& session, URLSessionDataTask& task,
                                                                          const URLRequest& request);
 
     /// A server wants credentials. Asked for every task of the session.
-    virtual URLSessionAuthChallengeDecision taskDidReceiveChallenge(
-        URLSession& session, URLSessionDataTask& task, const URLAuthenticationChallenge& challenge);
+    virtual URLSessionAuthChallengeDecision taskDidReceiveChallenge(URLSession& session, URLSessionDataTask& task,
+                                                                    const URLAuthenticationChallenge& challenge);
 
     /// The body, whole and in one piece, right before `taskDidComplete`; not called for a response without
     /// body, a failed task or one with a completion handler.
     virtual void dataTaskDidReceiveData(URLSession& session, URLSessionDataTask& task, const Data& data);
 
     /// The task ended; exactly once, but not called for one with a completion handler.
-    virtual void taskDidComplete(URLSession& session, URLSessionDataTask& task,
-                                 std::optional<PlatformError> error);
+    virtual void taskDidComplete(URLSession& session, URLSessionDataTask& task, std::optional<PlatformError> error);
 
     /// The last call a delegate gets: the session was invalidated and its last task has completed.
     virtual void sessionDidBecomeInvalid(URLSession& session, std::optional<PlatformError> error);

@@ -22,8 +22,7 @@ constexpr bool isTokenCharacter(char c) noexcept {
 
 /// Names that are not just capitals after hyphens.
 constexpr std::array<std::string_view, 9> irregularNames{
-    "Content-MD5",      "DNT", "ETag", "NEL", "SourceMap", "TE", "WWW-Authenticate", "X-UA-Compatible",
-    "X-XSS-Protection",
+    "Content-MD5", "DNT", "ETag", "NEL", "SourceMap", "TE", "WWW-Authenticate", "X-UA-Compatible", "X-XSS-Protection",
 };
 
 }  // namespace

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace corvane::http {
+
+/// Decides which of a session's requests may be on the wire: so many to one origin at once, the others wait
+/// in the order of their priority, equal ones in the order they came. `Entry` is a pointer to a request. Not
+/// thread-safe.
+template <class Entry>
+class HostSlots {
+  public:
+    explicit HostSlots(std::size_t limit) noexcept : limit_(std::max<std::size_t>(limit, 1)) {}
+
+    /// Takes a slot; without a free one the entry waits and false is given.
+    bool acquire(const std::string& origin, float priority, const Entry& entry) {
+        Host& host = hosts_[origin];
+        if (host.isMultiplexed || host.active < limit_) {
+            ++host.active;
+            return true;
+        }
+        const auto place = std::ranges::upper_bound(host.waiting, priority, std::ranges::greater{}, &Waiting::priority);
+        host.waiting.insert(place, {priority, entry});
+        return false;
+    }
+
+    /// Gives a slot back. The entry that has it now, null when nobody waited.
+    Entry release(const std::string& origin) {
+        const auto found = hosts_.find(origin);
+        if (found == hosts_.end()) return nullptr;
+        Host& host = found->second;
+        if (!host.waiting.empty()) {
+            Entry next = std::move(host.waiting.front().entry);
+            host.waiting.pop_front();
+            return next;
+        }
+        // What is known of an origin outlives its requests only when it is more than a count.
+        if (--host.active == 0 && !host.isMultiplexed) hosts_.erase(found);
+        return nullptr;
+    }
+
+    /// Takes an entry out that waits.
+    void withdraw(const std::string& origin, const Entry& entry) {
+        const auto found = hosts_.find(origin);
+        if (found == hosts_.end()) return;
+        std::erase_if(found->second.waiting, [&](const Waiting& each) { return each.entry == entry; });
+    }
+
+    /// Notes that one connection to the origin carries any number of requests: the limit is lifted. Those who
+    /// waited have slots now.
+    std::vector<Entry> setMultiplexed(const std::string& origin) {
+        std::vector<Entry> admitted;
+        Host& host = hosts_[origin];
+        if (host.isMultiplexed) return admitted;
+        host.isMultiplexed = true;
+        host.active += host.waiting.size();
+        for (auto& each : host.waiting)
+            admitted.push_back(std::move(each.entry));
+        host.waiting.clear();
+        return admitted;
+    }
+
+  private:
+    struct Waiting {
+        float priority;
+        Entry entry;
+    };
+
+    struct Host {
+        std::size_t active = 0;
+        bool isMultiplexed = false;
+        std::deque<Waiting> waiting;
+    };
+
+    std::size_t limit_;
+    std::unordered_map<std::string, Host> hosts_;
+};
+
+}  // namespace corvane::http

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include <curl/curl.h>
+
+#include <Corvane/Platform/Dispatch/Private/ClockClient.hpp>
+#include <Corvane/Platform/Dispatch/Private/DeadlineHeap.hpp>
+#include <Corvane/Platform/HTTP/Private/DataTask.hpp>
+
+namespace corvane::http {
+
+/// The thread on which all sessions' exchanges run, over one libcurl multi handle.
+///
+/// It sleeps until a socket is ready, a timeout is due or a task is handed to it. To a virtual clock it
+/// counts as busy while it has something to do by itself, not while a server has: what is on the wire is
+/// waited for by nobody.
+class NetworkThread final : public ClockClient {
+  public:
+    /// Started on first use and never ended.
+    [[nodiscard]] static NetworkThread& shared();
+
+    /// Starts a task, or what is left of it after a challenge.
+    void start(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::start); }
+
+    /// Looks at a started task again that was cancelled, suspended or resumed.
+    void update(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::update); }
+
+    [[nodiscard]] ClockActivity activity() const noexcept override;
+    void clockMoved() noexcept override;
+
+  private:
+    enum class Command : unsigned char { start, update };
+
+    struct Submission {
+        std::shared_ptr<DataTask> task;
+        Command command;
+    };
+
+    NetworkThread();
+
+    void submit(std::shared_ptr<DataTask> task, Command command);
+
+    void run();
+    void takeSubmissions();
+    void expire();
+    void reap();
+    /// Milliseconds to sleep, and that we do.
+    int prepareToSleep();
+
+    void begin(const std::shared_ptr<DataTask>& task);
+    void launch(const std::shared_ptr<DataTask>& task);
+    void update(DataTask& task);
+    void ended(const std::shared_ptr<DataTask>& task, CURLcode code);
+    void followRedirect(const std::shared_ptr<DataTask>& task);
+    bool poseChallenge(const std::shared_ptr<DataTask>& task);
+    /// Takes the task off the wire and out of all books; its outcome follows.
+    void leave(const std::shared_ptr<DataTask>& task);
+    void fail(const std::shared_ptr<DataTask>& task, PlatformError error);
+
+    CURLM* const multi_;
+    /// Whether handles were added that libcurl has not seen yet.
+    bool hasNews_ = false;
+    std::vector<Submission> batch_;
+
+    mutable std::mutex mutex_;
+    std::vector<Submission> submissions_;
+    mutable DeadlineHeap<DataTask> deadlines_;
+    std::uint64_t accepted_ = 0;
+    std::uint64_t finished_ = 0;
+    bool isAsleep_ = false;
+};
+
+}  // namespace corvane::http
