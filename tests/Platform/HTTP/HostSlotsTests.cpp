@@ -1,0 +1,59 @@
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/HTTP/Private/HostSlots.hpp>
+
+namespace corvane::http {
+namespace {
+
+using Entry = std::shared_ptr<int>;
+
+Entry entry(int number) {
+    return std::make_shared<int>(number);
+}
+
+int numberOf(const Entry& of) {
+    return of ? *of : 0;
+}
+
+TEST(HostSlots, AdmitByPriorityThenByOrder) {
+    HostSlots<Entry> slots(1);
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
+    EXPECT_TRUE(slots.acquire("b", 0.5F, entry(2)));
+    for (const auto& [priority, number] : {std::pair{0.5F, 3}, {0.25F, 4}, {0.75F, 5}, {0.5F, 6}, {0.75F, 7}}) {
+        EXPECT_FALSE(slots.acquire("a", priority, entry(number)));
+    }
+    for (const int number : {5, 7, 3, 6, 4, 0})
+        EXPECT_EQ(numberOf(slots.release("a")), number);
+    EXPECT_EQ(numberOf(slots.release("b")), 0);
+    EXPECT_TRUE(slots.acquire("a", 0, entry(8)));
+}
+
+TEST(HostSlots, ForgetWhoWithdraws) {
+    HostSlots<Entry> slots(0);  // no limit below one makes sense
+    const Entry second = entry(2);
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
+    EXPECT_FALSE(slots.acquire("a", 0.5F, second));
+    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(3)));
+    slots.withdraw("a", second);
+    EXPECT_EQ(numberOf(slots.release("a")), 3);
+}
+
+TEST(HostSlots, LiftTheLimitForMultiplexedOrigins) {
+    HostSlots<Entry> slots(1);
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
+    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(2)));
+    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(3)));
+    EXPECT_EQ(slots.setMultiplexed("a").size(), 2U);
+    EXPECT_TRUE(slots.setMultiplexed("a").empty());
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(4)));
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(slots.release("a"), nullptr);
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(5)));
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(6)));
+}
+
+}  // namespace
+}  // namespace corvane::http

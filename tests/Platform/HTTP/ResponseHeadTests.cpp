@@ -1,0 +1,93 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/HTTP/Private/ResponseHead.hpp>
+
+namespace corvane::http {
+namespace {
+
+/// Reads lines as libcurl hands them over, one at a time.
+ResponseHead head(std::initializer_list<std::string_view> lines) {
+    ResponseHead result;
+    for (const auto line : lines)
+        EXPECT_TRUE(result.append(line));
+    return result;
+}
+
+std::shared_ptr<const HTTPURLResponse> response(ResponseHead& of) {
+    return of.makeResponse(*URL::parse("http://h/"));
+}
+
+TEST(ResponseHead, KeepsValuesByteForByte) {
+    auto h = head({"HTTP/1.1 200 OK\r\n", "last-MODIFIED:  Fri, 15  Mar\t2024 \t\r\n", "X:a:b\n", "Y:\r\n",
+                   "Z: \xff\"\r\n", "\r\n"});
+    ASSERT_TRUE(h.isFinal());
+    const auto r = response(h);
+    EXPECT_EQ(r->statusCode(), 200);
+    EXPECT_EQ(r->httpVersion(), "HTTP/1.1");
+    EXPECT_EQ(r->headerFields(),
+              (std::vector<HTTPHeaderField>{
+                  {"last-MODIFIED", "Fri, 15  Mar\t2024"}, {"X", "a:b"}, {"Y", ""}, {"Z", "\xff\""}}));
+}
+
+TEST(ResponseHead, ForgetsInterimHeadsAndIgnoresTrailers) {
+    auto h = head({"HTTP/1.1 103 Early Hints\r\n", "Link: </a>\r\n", "\r\n"});
+    EXPECT_TRUE(h.isComplete());
+    EXPECT_FALSE(h.isFinal());
+    for (const auto* const line : {"HTTP/1.1 404 Not Found\r\n", "A: 1\r\n", "\r\n", "Trailer: 2\r\n", "\r\n"}) {
+        EXPECT_TRUE(h.append(line));
+    }
+    const auto r = response(h);
+    EXPECT_EQ(r->statusCode(), 404);
+    EXPECT_EQ(r->headerFields(), (std::vector<HTTPHeaderField>{{"A", "1"}}));
+}
+
+TEST(ResponseHead, GivesHTTP2NamesTheirCapitals) {
+    auto h = head({"HTTP/2 304 \r\n", "last-modified: x\r\n", "etag: y\r\n", "\r\n"});
+    EXPECT_TRUE(h.isHTTP2());
+    const auto r = response(h);
+    EXPECT_EQ(r->statusCode(), 304);
+    EXPECT_EQ(r->httpVersion(), "HTTP/2");
+    EXPECT_EQ(r->headerField("Last-Modified"), "x");
+    EXPECT_EQ(r->headerField("ETag"), "y");
+}
+
+TEST(ResponseHead, UnfoldsAndPassesOverWhatIsNoField) {
+    auto h = head({"HTTP/1.1 200 OK\r\n", " folded into nothing\r\n", "A: 1\r\n", "\t 2\r\n", "no colon\r\n",
+                   "B : 3\r\n", ": 4\r\n", "HTTP/1.1: 5\r\n", "C: 6\r\n", "\r\n"});
+    EXPECT_EQ(response(h)->headerFields(), (std::vector<HTTPHeaderField>{{"A", "1 2"}, {"C", "6"}}));
+}
+
+TEST(ResponseHead, RefusesStatusLinesThatCannotBeRead) {
+    for (const auto* const line : {"HTTP/1.1\r\n", "HTTP/1.1 20\r\n", "HTTP/1.1 2x0 OK\r\n", "HTTP/1.1 -20\r\n"}) {
+        EXPECT_FALSE(head({line, "\r\n"}).isFinal()) << line;
+    }
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK\r\n", "A: 1\r\n"}).isFinal());
+}
+
+TEST(ResponseHead, BelievesALengthOnlyOfPlainContent) {
+    EXPECT_EQ(head({"HTTP/1.1 200 OK", "content-length: 12", ""}).contentLength(), 12U);
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK", "Content-Length: 12", "Content-Encoding: gzip", ""}).contentLength());
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK", "Content-Length: many", ""}).contentLength());
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK", "Content-Length: 99999999999999999999999", ""}).contentLength());
+}
+
+TEST(ResponseHead, EndsAHeaderSectionWithoutEnd) {
+    ResponseHead h = head({"HTTP/1.1 200 OK\r\n"});
+    const std::string line = "X: " + std::string(1000, 'x') + "\r\n";
+    std::size_t taken = 0;
+    while (taken < 2 * ResponseHead::maximumBytes && h.append(line))
+        taken += line.size();
+    EXPECT_LE(taken, ResponseHead::maximumBytes);
+    // Interim heads count, too.
+    h.reset();
+    taken = 0;
+    while (taken < 2 * ResponseHead::maximumBytes && h.append("HTTP/1.1 100 Continue\r\n") && h.append("\r\n")) {
+        taken += 25;
+    }
+    EXPECT_LE(taken, ResponseHead::maximumBytes);
+}
+
+}  // namespace
+}  // namespace corvane::http

@@ -1,0 +1,330 @@
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <Corvane/Testing/VirtualClock.hpp>
+
+#include "SessionFixture.hpp"
+
+namespace corvane {
+namespace {
+
+using testing::LoopbackFault;
+using testing::LoopbackRequest;
+using testing::LoopbackResponse;
+
+using URLSessionTest = SessionTest;
+
+TEST_F(URLSessionTest, SendsWhatWasAskedForAndNothingElse) {
+    server.route("*", "/echo", [](const LoopbackRequest& request) {
+        return LoopbackResponse::json(request.method + ' ' + request.body);
+    });
+
+    const struct {
+        const char* method;
+        std::optional<std::string> body;
+        std::string answer;
+        std::optional<std::string> length;
+    } cases[] = {
+        {"GET", std::nullopt, "GET ", std::nullopt},
+        {"POST", R"({"a":1})", R"(POST {"a":1})", "7"},
+        {"POST", "", "POST ", "0"},
+        {"PUT", "x", "PUT x", "1"},
+        {"PATCH", std::nullopt, "PATCH ", "0"},
+        {"DELETE", std::nullopt, "DELETE ", std::nullopt},
+        {"GET", "odd", "GET odd", "3"},
+        {"HEAD", std::nullopt, "", std::nullopt},
+        {"POST", std::string(300'000, 'x'), "POST " + std::string(300'000, 'x'), "300000"},
+    };
+
+    for (const auto& [method, body, answer, length] : cases) {
+        auto asked = request("/echo");
+        asked.setHttpMethod(method);
+        if (body) asked.setHttpBody(Data(std::string_view(*body)));
+        const auto completion = load(asked);
+        EXPECT_EQ(completion.code(), 0) << method;
+        EXPECT_EQ(completion.status(), 200) << method;
+        EXPECT_TRUE(completion.body() == answer) << method;
+        const auto seen = server.requests().back();
+        EXPECT_EQ(seen.method, method);
+        std::vector<std::string> names;
+        for (const auto& field : seen.headers)
+            names.push_back(field.name);
+        std::vector<std::string> expected{"Host", "User-Agent", "Accept", "Accept-Encoding"};
+        if (length) expected.emplace_back("Content-Length");
+        EXPECT_THAT(names, ::testing::UnorderedElementsAreArray(expected)) << method;
+        EXPECT_EQ(seen.header("Content-Length"), length) << method;
+        EXPECT_EQ(seen.header("User-Agent")->substr(0, 8), "Corvane/");
+    }
+    EXPECT_EQ(server.connectionsAccepted(), 1U);
+}
+
+TEST_F(URLSessionTest, SendsFieldsByteForByte) {
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.httpAdditionalHeaders = {{"X-App", "1"}, {"accept", "never"}};
+    auto asked = request("/x");
+    asked.setValue("Fri, 15  Mar 2024 12:00:00 gmt", "If-Modified-Since");
+    asked.setValue("", "X-Empty");
+    asked.setValue("text/plain", "Accept");
+    asked.setValue("99", "Content-Length");
+    EXPECT_EQ(load(URLSession::make(configuration), asked).status(), 404);
+    const auto seen = server.requests().back();
+    EXPECT_EQ(seen.header("If-Modified-Since"), "Fri, 15  Mar 2024 12:00:00 gmt");
+    EXPECT_EQ(seen.header("X-Empty"), "");
+    EXPECT_EQ(seen.header("Accept"), "text/plain");
+    EXPECT_EQ(seen.header("X-App"), "1");
+    EXPECT_FALSE(seen.header("Content-Length"));
+}
+
+TEST_F(URLSessionTest, RefusesBadRequestsWithoutTheNetwork) {
+    auto injected = request("/x");
+    injected.setValue("a\r\nX-Evil: 1", "Accept");
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.httpAdditionalHeaders = {{"X-App", "a\nb"}};
+    EXPECT_EQ(load(injected).code(), -1000);
+    EXPECT_EQ(load(URLSession::make(configuration), request("/x")).code(), -1000);
+    const auto unsupported = load(URLRequest(*URL::parse("ftp://127.0.0.1/x")));
+    EXPECT_TRUE(unsupported.error == URLError::unsupportedURL);
+    EXPECT_FALSE(unsupported.data || unsupported.response);
+    EXPECT_EQ(server.connectionsAccepted(), 0U);
+}
+
+TEST_F(URLSessionTest, FollowsRedirectsToTheirEnd) {
+    server.route("*", "/from", LoopbackResponse::redirect("/to", 303));
+    server.route("GET", "/to", LoopbackResponse::json("there").with("X-Day", "3"));
+    server.route("GET", "/loop", LoopbackResponse::redirect("/loop"));
+    auto post = request("/from#part");
+    post.setHttpMethod("POST");
+    post.setHttpBody(Data(std::string_view("payload")));
+    const auto found = load(post);
+    EXPECT_EQ(found.body(), "there");
+    EXPECT_EQ(found.response->url().absoluteString(), server.url("/to#part"));
+    EXPECT_EQ(server.requests().back().method, "GET");
+    EXPECT_EQ(server.requests().back().body, "");
+
+    const auto before = server.requestCount();
+    const auto lost = load(request("/loop"));
+    EXPECT_EQ(lost.code(), -1007);
+    EXPECT_FALSE(lost.data);
+    EXPECT_EQ(server.requestCount() - before, 21U);
+    EXPECT_EQ(server.connectionsAccepted(), 1U);
+}
+
+TEST_F(URLSessionTest, DeliversOnItsQueueAndLetsTheHandlerGo) {
+    const auto queue = DispatchQueue::serial("test.delegate");
+    const auto own = URLSession::make(URLSessionConfiguration::ephemeral(), nullptr, queue);
+    server.route("GET", "/x", LoopbackResponse::json("x"));
+    Completions completions;
+    std::weak_ptr<int> captured;
+    std::shared_ptr<URLSessionDataTask> task;
+    {
+        auto capture = std::make_shared<int>();
+        captured = capture;
+        task = own->dataTask(
+            request("/x"), [&, capture, handler = completions.handler()](auto data, auto response, auto error) mutable {
+                EXPECT_TRUE(queue->isCurrent());
+                EXPECT_EQ(task->state(), URLSessionTaskState::completed);
+                EXPECT_EQ(task->response(), response);
+                handler(std::move(data), std::move(response), std::move(error));
+            });
+    }
+    EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
+    EXPECT_FALSE(captured.expired());
+    task->resume();
+    EXPECT_EQ(completions.wait().body(), "x");
+    queue->sync([] {});
+    EXPECT_TRUE(captured.expired());
+    task->cancel();
+    task->resume();
+    queue->sync([] {});
+    EXPECT_EQ(completions.all().size(), 1U);
+    EXPECT_EQ(task->state(), URLSessionTaskState::completed);
+}
+
+TEST_F(URLSessionTest, CancelsInEveryStateExactlyOnce) {
+    server.route("GET", "/held", LoopbackResponse::held());
+    Completions completions;
+    const auto unstarted = session->dataTask(request("/held"), completions.handler());
+    unstarted->cancel();
+    EXPECT_EQ(completions.wait(1).code(), -999);
+    unstarted->resume();
+
+    const auto sent = session->dataTask(request("/held"), completions.handler());
+    sent->resume();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    sent->cancel();
+    sent->cancel();
+    EXPECT_TRUE(exchange->waitForHangUp());
+    EXPECT_EQ(completions.wait(2).code(), -999);
+
+    const auto reading = session->dataTask(request("/held"), completions.handler());
+    reading->resume();
+    const auto second = server.waitForHeldExchange();
+    ASSERT_TRUE(second);
+    second->send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n12345");
+    reading->suspend();
+    reading->cancel();
+    EXPECT_TRUE(second->waitForHangUp());
+    EXPECT_EQ(completions.wait(3).code(), -999);
+    EXPECT_FALSE(completions.wait(3).data);
+    EXPECT_EQ(completions.all().size(), 3U);
+}
+
+TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBack) {
+    server.route("GET", "/held", LoopbackResponse::held());
+    server.route("GET", "/x", LoopbackResponse::json("x"));
+    const auto narrow = [] {
+        auto configuration = URLSessionConfiguration::ephemeral();
+        configuration.maximumConnectionsPerHost = 1;
+        return URLSession::make(configuration);
+    }();
+    Completions completions;
+    const auto task = narrow->dataTask(request("/held"), completions.handler());
+    task->resume();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    task->suspend();
+    EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
+    exchange->respond(LoopbackResponse::json("late"));
+    // The one connection carries the next request only when the suspended task's response has been read.
+    EXPECT_EQ(load(narrow, request("/x")).body(), "x");
+    EXPECT_TRUE(completions.all().empty());
+    task->resume();
+    EXPECT_EQ(completions.wait().body(), "late");
+}
+
+TEST_F(URLSessionTest, TimesOutWhenNothingMoves) {
+    testing::VirtualClock clock;
+    server.route("GET", "/held", LoopbackResponse::held());
+    Completions completions;
+    auto asked = request("/held");
+    asked.setTimeoutInterval(30);
+    session->dataTask(asked, completions.handler())->resume();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    clock.advance(29.9);
+    EXPECT_TRUE(completions.all().empty());
+    clock.advance(0.1);
+    EXPECT_EQ(completions.wait().code(), -1001);
+    EXPECT_TRUE(exchange->waitForHangUp());
+}
+
+TEST_F(URLSessionTest, DoesNotTimeOutWhileSuspendedOrWhileBytesMove) {
+    testing::VirtualClock clock;
+    server.route("GET", "/held", LoopbackResponse::held());
+    server.route("POST", "/sink", [](const LoopbackRequest&) { return LoopbackResponse::json("done"); });
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.timeoutIntervalForRequest = 5;
+    const auto own = URLSession::make(configuration);
+    Completions completions;
+    const auto task = own->dataTask(request("/held"), completions.handler());
+    task->resume();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    task->suspend();
+    clock.advance(1000);
+    task->resume();
+    clock.advance(4.9);
+    exchange->send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n");
+    exchange->send("ok");
+    exchange->finish();
+    EXPECT_EQ(completions.wait().body(), "ok");
+}
+
+TEST_F(URLSessionTest, LimitsTheBodyItDecodes) {
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.maximumResponseBytes = 10;
+    const auto small = URLSession::make(configuration);
+    using Framing = LoopbackResponse::Framing;
+    for (const auto framing : {Framing::contentLength, Framing::chunked, Framing::untilClose}) {
+        server.route("GET", "/10", LoopbackResponse::json("0123456789").with(framing));
+        server.route("GET", "/11", LoopbackResponse::json("0123456789a").with(framing));
+        EXPECT_EQ(load(small, request("/10")).body(), "0123456789");
+        const auto refused = load(small, request("/11"));
+        EXPECT_TRUE(refused.error == URLError::dataLengthExceedsMaximum);
+        EXPECT_FALSE(refused.data);
+        EXPECT_EQ(refused.status(), 200);
+    }
+    auto head = request("/11");
+    head.setHttpMethod("HEAD");
+    EXPECT_EQ(load(small, head).code(), 0);
+}
+
+TEST_F(URLSessionTest, KeepsCookiesForItselfIfAtAll) {
+    server.route("GET", "/set", LoopbackResponse::json("1").with("Set-Cookie", "a=1; Path=/"));
+    const auto keeper = URLSession::make(URLSessionConfiguration::defaultConfiguration());
+    const auto other = URLSession::make(URLSessionConfiguration::defaultConfiguration());
+    for (const auto& each : {keeper, session})
+        EXPECT_EQ(load(each, request("/set")).status(), 200);
+    static_cast<void>(load(keeper, request("/x")));
+    EXPECT_EQ(server.requests().back().header("Cookie"), "a=1");
+    for (const auto& each : {other, session}) {
+        static_cast<void>(load(each, request("/x")));
+        EXPECT_FALSE(server.requests().back().header("Cookie"));
+    }
+}
+
+TEST_F(URLSessionTest, ReadsNoProxyFromTheEnvironment) {
+    // Port 9 has no listener; a client that heeds these cannot reach the server.
+    for (const char* const name : {"http_proxy", "ALL_PROXY", "all_proxy"})
+        ::setenv(name, "http://127.0.0.1:9", 1);
+    EXPECT_EQ(load(request("/x")).status(), 404);
+    for (const char* const name : {"http_proxy", "ALL_PROXY", "all_proxy"})
+        ::unsetenv(name);
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.proxy = server.url("");
+    ::setenv("no_proxy", "*", 1);
+    EXPECT_EQ(load(URLSession::make(configuration), URLRequest(*URL::parse("http://nowhere.invalid/x"))).status(), 404);
+    EXPECT_EQ(server.requests().back().target, "http://nowhere.invalid/x");
+    ::unsetenv("no_proxy");
+}
+
+TEST_F(URLSessionTest, FinishesTheTasksOfADroppedSession) {
+    server.route("GET", "/held", LoopbackResponse::held());
+    Completions completions;
+    session->dataTask(request("/held"), completions.handler())->resume();
+    const std::weak_ptr<URLSession> weak = session;
+    session.reset();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    EXPECT_FALSE(weak.expired());
+    exchange->respond(LoopbackResponse::json("late"));
+    EXPECT_EQ(completions.wait().body(), "late");
+}
+
+TEST_F(URLSessionTest, CompletesEveryTaskOnceUnderFire) {
+    server.route("GET", "/x", LoopbackResponse::json(std::string(5000, 'x')));
+    constexpr std::size_t threads = 4;
+    constexpr std::size_t each = 50;
+    Completions completions;
+    std::vector<std::thread> callers;
+    for (std::size_t t = 0; t < threads; ++t) {
+        callers.emplace_back([&, t] {
+            for (std::size_t i = 0; i < each; ++i) {
+                const auto task = session->dataTask(request("/x"), completions.handler());
+                task->setPriority(i % 2 == 0 ? URLSessionDataTask::highPriority : URLSessionDataTask::lowPriority);
+                task->resume();
+                if ((i + t) % 3 == 0) task->suspend();
+                if ((i + t) % 5 == 0) task->cancel();
+                task->resume();
+            }
+        });
+    }
+    for (auto& caller : callers)
+        caller.join();
+    static_cast<void>(completions.wait(threads * each));
+    session->finishTasksAndInvalidate();
+    EXPECT_EQ(completions.all().size(), threads * each);
+    for (const auto& completion : completions.all()) {
+        EXPECT_TRUE(completion.code() == -999 || completion.body().size() == 5000) << completion.code();
+    }
+    EXPECT_LE(server.connectionsOpen(), 64U);
+}
+
+}  // namespace
+}  // namespace corvane
