@@ -76,16 +76,16 @@ class GlobalQueue final : public DispatchQueue {
     WorkerPool pool_;
 };
 
-/// Made once, shared and never given up.
+/// Made once, shared and never given up. The owner is to be kept in a static, where leak checkers see it.
 template <class Queue, class... Arguments>
-Queue& immortal(Arguments&&... arguments) {
-    return **new std::shared_ptr<Queue>(std::make_shared<Queue>(std::forward<Arguments>(arguments)...));
+const std::shared_ptr<Queue>* immortal(Arguments&&... arguments) {
+    return new std::shared_ptr<Queue>(std::make_shared<Queue>(std::forward<Arguments>(arguments)...));
 }
 
 template <QoSClass qosClass>
 GlobalQueue& globalQueue() {
-    static GlobalQueue& queue = immortal<GlobalQueue>(qosClass);
-    return queue;
+    static const auto* const queue = immortal<GlobalQueue>(qosClass);
+    return **queue;
 }
 
 GlobalQueue& GlobalQueue::ofClass(QoSClass qosClass) {
@@ -108,8 +108,8 @@ GlobalQueue& GlobalQueue::ofClass(QoSClass qosClass) {
 }  // namespace
 
 DispatchQueue& DispatchQueue::main() noexcept {
-    static MainQueue& queue = immortal<MainQueue>();
-    return queue;
+    static const auto* const queue = immortal<MainQueue>();
+    return **queue;
 }
 
 DispatchQueue& DispatchQueue::global(QoSClass qosClass) noexcept {
