@@ -1,0 +1,146 @@
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>
+#include <Corvane/Platform/Application/BackgroundTasks.hpp>
+#include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Dispatch/Thread.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(BackgroundTaskRegister, EndsEachTaskOnce) {
+    BackgroundTaskRegister tasks;
+    const auto first = tasks.begin("first", nullptr);
+    const auto second = tasks.begin("second", nullptr);
+    EXPECT_NE(first, BackgroundTasks::invalid);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(tasks.runningNames(), (Names{"first", "second"}));
+    EXPECT_TRUE(tasks.end(first));
+    EXPECT_FALSE(tasks.end(first));
+    EXPECT_FALSE(tasks.end(BackgroundTasks::invalid));
+    EXPECT_NE(tasks.begin("third", nullptr), first) << "an identifier is never given twice";
+    EXPECT_EQ(tasks.runningNames(), (Names{"second", "third"}));
+}
+
+TEST(BackgroundTaskRegister, WaitsForTasksThatEndElsewhereAndForThoseBegunMeanwhile) {
+    testing::VirtualClock clock;
+    BackgroundTaskRegister tasks;
+    const auto unexpected = [] { ADD_FAILURE() << "expired"; };
+    const auto first = tasks.begin("first", unexpected);
+    BackgroundTasks::Identifier second = BackgroundTasks::invalid;
+    DispatchQueue::main().async([&] {
+        second = tasks.begin("second", unexpected);
+        EXPECT_TRUE(tasks.end(first));
+        DispatchQueue::global().async([&] { EXPECT_TRUE(tasks.end(second)); });
+    });
+    EXPECT_TRUE(tasks.waitForRunning(5));
+    EXPECT_TRUE(tasks.waitForRunning(0)) << "nothing is running any more";
+    clock.settle();
+}
+
+TEST(BackgroundTaskRegister, ExpiresOnTheMainThreadWhatIsLeftAtTheDeadline) {
+    testing::VirtualClock clock;
+    BackgroundTaskRegister tasks;
+    Names expired;
+    BackgroundTasks::Identifier second = BackgroundTasks::invalid;
+    tasks.begin("first", [&] {
+        EXPECT_TRUE(Thread::isMainThread());
+        expired.emplace_back("first");
+        EXPECT_TRUE(tasks.end(second)) << "so that its own handler is not called";
+    });
+    second = tasks.begin("second", [&] { expired.emplace_back("second"); });
+    tasks.begin("silent", nullptr);
+    BackgroundTasks::Identifier last = BackgroundTasks::invalid;
+    last = tasks.begin("last", [&] {
+        expired.emplace_back("last");
+        EXPECT_TRUE(tasks.end(last));
+    });
+
+    const auto start = clock.uptime();
+    RunLoop::main().perform([&] {
+        clock.advance(4.9);
+        EXPECT_EQ(tasks.runningNames().size(), 4U);
+        EXPECT_TRUE(expired.empty());
+        RunLoop::main().perform([&] { clock.advance(0.2); });
+    });
+    EXPECT_FALSE(tasks.waitForRunning(5));
+    EXPECT_GE(clock.uptime() - start, std::chrono::seconds(5));
+    EXPECT_EQ(expired, (Names{"first", "last"}));
+    EXPECT_EQ(tasks.runningNames(), Names{});
+}
+
+TEST(BackgroundTaskRegister, ExpiresAtOnceWhenThereIsNoTime) {
+    BackgroundTaskRegister tasks;
+    int calls = 0;
+    for (const double seconds : {0.0, -1.0, std::nan("")}) {
+        tasks.begin("task", [&] { ++calls; });
+        EXPECT_FALSE(tasks.waitForRunning(seconds));
+    }
+    EXPECT_EQ(calls, 3);
+}
+
+class CountingHost final : public BackgroundTaskHost {
+  public:
+    Identifier begin(std::string name, std::function<void()>) override {
+        names.push_back(std::move(name));
+        return invalid;
+    }
+
+    bool end(Identifier identifier) override {
+        ended.push_back(identifier);
+        return false;
+    }
+
+    Names names;
+    std::vector<Identifier> ended;
+};
+
+TEST(BackgroundTasks, GoesToTheHostTheApplicationHasSet) {
+    const auto host = std::make_shared<CountingHost>();
+    BackgroundTasks::setHost(host);
+    EXPECT_EQ(BackgroundTasks::begin("own", nullptr), BackgroundTasks::invalid);
+    EXPECT_FALSE(BackgroundTasks::end(42));
+    BackgroundTasks::setHost(nullptr);
+    EXPECT_EQ(host.use_count(), 1);
+    EXPECT_EQ(host->names, Names{"own"});
+    EXPECT_EQ(host->ended, std::vector<BackgroundTasks::Identifier>{42});
+
+    const auto task = BackgroundTasks::begin("standard", nullptr);
+    EXPECT_EQ(BackgroundTasks::standardRegister().runningNames(), Names{"standard"});
+    DispatchQueue::main().async([task] { EXPECT_TRUE(BackgroundTasks::end(task)); });
+    EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
+}
+
+TEST(BackgroundTaskRegister, ServesManyThreadsAtOnce) {
+    BackgroundTaskRegister tasks;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&] {
+                for (int round = 0; round < 200; ++round) {
+                    const auto task = tasks.begin("task", nullptr);
+                    EXPECT_TRUE(tasks.end(task));
+                    EXPECT_FALSE(tasks.end(task));
+                }
+            });
+        }
+        EXPECT_TRUE(tasks.waitForRunning(60));
+    }
+    EXPECT_EQ(tasks.runningNames(), Names{});
+}
+
+}  // namespace
+}  // namespace corvane
