@@ -1,5 +1,6 @@
-#include <cstdlib>
 #include <cxxabi.h>
+
+#include <cstdlib>
 
 #include <Corvane/Platform/AnyError.hpp>
 #include <Corvane/Platform/Private/GenericErrorText.hpp>
@@ -10,8 +11,8 @@ namespace {
 
 std::string readableName(const std::type_info& type) {
     int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> name(
-        abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
+    const std::unique_ptr<char, decltype(&std::free)> name(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
+                                                           &std::free);
     return name ? name.get() : type.name();
 }
 

@@ -102,9 +102,8 @@ class UniqueFunction<R(Args...), InlineBytes> {
         [](void* storage, Args&&... args) -> R {
             return static_cast<R>(inlineTarget<Target>(storage)(std::forward<Args>(args)...));
         },
-        std::is_trivially_copyable_v<Target>&& std::is_trivially_destructible_v<Target>
-            ? nullptr
-            : &relocateInline<Target>};
+        std::is_trivially_copyable_v<Target>&& std::is_trivially_destructible_v<Target> ? nullptr
+                                                                                        : &relocateInline<Target>};
 
     template <class Target>
     static constexpr Operations heapOperations{

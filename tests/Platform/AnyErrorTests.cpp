@@ -27,8 +27,7 @@ TEST(AnyError, MakesUpWhatTheErrorDoesNotOffer) {
     EXPECT_EQ(error.domain(), "corvane::PlainFault");
     EXPECT_EQ(error.code(), 1);
     EXPECT_EQ(error.description(), "plain");
-    EXPECT_EQ(error.localizedDescription(),
-              "The operation couldn’t be completed. (corvane::PlainFault error 1.)");
+    EXPECT_EQ(error.localizedDescription(), "The operation couldn’t be completed. (corvane::PlainFault error 1.)");
 }
 
 TEST(AnyError, TakesTheErrorsOwnTextDomainAndCode) {

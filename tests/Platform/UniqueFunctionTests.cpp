@@ -13,9 +13,7 @@ template <std::size_t Ballast, bool nothrowMove>
 struct Tracked {
     explicit Tracked(int& living) : living_(&living) { ++*living_; }
 
-    Tracked(Tracked&& other) noexcept(nothrowMove) : living_(other.living_), calls_(other.calls_) {
-        ++*living_;
-    }
+    Tracked(Tracked&& other) noexcept(nothrowMove) : living_(other.living_), calls_(other.calls_) { ++*living_; }
 
     ~Tracked() { --*living_; }
 
@@ -68,8 +66,7 @@ TEST(UniqueFunction, MovesTrivialTargetsAndTakesNullPointersAsEmpty) {
 }
 
 TEST(UniqueFunction, PassesMoveOnlyAndReferenceArgumentsThrough) {
-    UniqueFunction<std::unique_ptr<int>(std::unique_ptr<int>, int&)> function = [](std::unique_ptr<int> p,
-                                                                                   int& n) {
+    UniqueFunction<std::unique_ptr<int>(std::unique_ptr<int>, int&)> function = [](std::unique_ptr<int> p, int& n) {
         n = *p;
         return p;
     };

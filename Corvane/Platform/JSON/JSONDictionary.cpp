@@ -37,9 +37,8 @@ const JSONMember* findMember(const JSONDictionaryBlock* block, std::string_view 
         return position != 0 ? &block->members[position - 1] : nullptr;
     }
     const JSONMember* const end = block->members + block->size;
-    const auto* const member = std::find_if(block->members, end, [key](const JSONMember& candidate) {
-        return detail::textOf(candidate.key) == key;
-    });
+    const auto* const member = std::find_if(
+        block->members, end, [key](const JSONMember& candidate) { return detail::textOf(candidate.key) == key; });
     return member != end ? member : nullptr;
 }
 

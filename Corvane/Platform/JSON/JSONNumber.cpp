@@ -31,15 +31,13 @@ bool JSONNumber::boolValue() const noexcept {
 }
 
 std::int64_t JSONNumber::int64Value() const noexcept {
-    if (const auto* real = std::get_if<double>(&value_))
-        return clampedInteger<std::int64_t>(*real, signedLimit);
+    if (const auto* real = std::get_if<double>(&value_)) return clampedInteger<std::int64_t>(*real, signedLimit);
     if (std::holds_alternative<std::uint64_t>(value_)) return std::numeric_limits<std::int64_t>::max();
     return std::visit([](auto value) { return static_cast<std::int64_t>(value); }, value_);
 }
 
 std::uint64_t JSONNumber::uint64Value() const noexcept {
-    if (const auto* real = std::get_if<double>(&value_))
-        return clampedInteger<std::uint64_t>(*real, unsignedLimit);
+    if (const auto* real = std::get_if<double>(&value_)) return clampedInteger<std::uint64_t>(*real, unsignedLimit);
     if (const auto* whole = std::get_if<std::int64_t>(&value_); whole != nullptr && *whole < 0) return 0;
     return std::visit([](auto value) { return static_cast<std::uint64_t>(value); }, value_);
 }
@@ -57,8 +55,7 @@ std::optional<std::int64_t> JSONNumber::exactInt64() const noexcept {
 }
 
 std::optional<std::uint64_t> JSONNumber::exactUInt64() const noexcept {
-    if (const auto* whole = std::get_if<std::int64_t>(&value_); whole != nullptr && *whole < 0)
-        return std::nullopt;
+    if (const auto* whole = std::get_if<std::int64_t>(&value_); whole != nullptr && *whole < 0) return std::nullopt;
     if (const auto* real = std::get_if<double>(&value_)) {
         if (!isWhole(*real) || *real < 0 || *real >= unsignedLimit) return std::nullopt;
     }

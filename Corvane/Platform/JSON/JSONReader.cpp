@@ -46,8 +46,7 @@ std::size_t countOf(Container container) {
 /// Finds repeated keys while the members of one dictionary are laid out.
 class MemberLookup {
   public:
-    MemberLookup(JSONDocument& document, const JSONMember* members, std::size_t capacity)
-        : members_(members) {
+    MemberLookup(JSONDocument& document, const JSONMember* members, std::size_t capacity) : members_(members) {
         const std::size_t slots = slotCount(capacity);
         if (slots == 0) return;
         slots_ = {document.allocate<std::uint32_t>(slots), slots};

@@ -59,8 +59,7 @@ std::expected<JSONValue, PlatformError> JSONSerialization::jsonObject(std::strin
     return jsonObject(Data(text));
 }
 
-std::expected<Data, PlatformError> JSONSerialization::data(const JSONValue& value,
-                                                           JSONWritingOptions options) {
+std::expected<Data, PlatformError> JSONSerialization::data(const JSONValue& value, JSONWritingOptions options) {
     detail::JSONWriter writer(options, detail::JSONWriter::Strictness::strict);
     if (const auto code = writer.write(value)) return failure(*code);
     return adopt(std::move(writer).text());

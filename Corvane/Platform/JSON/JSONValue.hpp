@@ -92,9 +92,7 @@ class CORVANE_EXPORT JSONValue {
     /// The array or dictionary, null (the pointer) for other kinds.
     [[nodiscard]] const JSONArray* asArray() const noexcept { return std::get_if<JSONArray>(&value_); }
 
-    [[nodiscard]] const JSONDictionary* asDictionary() const noexcept {
-        return std::get_if<JSONDictionary>(&value_);
-    }
+    [[nodiscard]] const JSONDictionary* asDictionary() const noexcept { return std::get_if<JSONDictionary>(&value_); }
 
     /// The value under `key`, null (the pointer) when there is none or this is no dictionary.
     [[nodiscard]] const JSONValue* find(std::string_view key) const noexcept;
@@ -123,8 +121,8 @@ class CORVANE_EXPORT JSONValue {
     static detail::JSONBlockReference textBlock(std::string_view text);
     [[nodiscard]] const JSONValue& element(std::size_t index) const noexcept;
 
-    std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, detail::JSONBlockReference,
-                 JSONArray, JSONDictionary>
+    std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, detail::JSONBlockReference, JSONArray,
+                 JSONDictionary>
         value_;
 };
 

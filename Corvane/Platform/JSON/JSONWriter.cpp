@@ -56,8 +56,7 @@ void JSONWriter::writeNumber(const JSONValue& value) {
         return;
     }
     const JSONNumber number = *value.asNumber();
-    if (strictness_ == Strictness::strict && !std::isfinite(number.doubleValue()))
-        fail(JSONErrorCode::nonFiniteNumber);
+    if (strictness_ == Strictness::strict && !std::isfinite(number.doubleValue())) fail(JSONErrorCode::nonFiniteNumber);
     text_ += number.description();
 }
 

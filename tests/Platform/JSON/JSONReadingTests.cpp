@@ -137,8 +137,7 @@ TEST(JSONSerialization, ReadsDataInPlaceWhateverItsPaddingHolds) {
     const std::shared_ptr<std::byte[]> buffer = std::make_shared<std::byte[]>(text.size() + Data::padding);
     std::memset(buffer.get(), '"', text.size() + Data::padding);
     std::memcpy(buffer.get(), text.data(), text.size());
-    EXPECT_EQ(JSONSerialization::jsonObject(Data::adopting(buffer, text.size())),
-              JSONValue(JSONArray{12, "a"}));
+    EXPECT_EQ(JSONSerialization::jsonObject(Data::adopting(buffer, text.size())), JSONValue(JSONArray{12, "a"}));
     EXPECT_FALSE(JSONSerialization::jsonObject(Data::adopting(buffer, text.size() - 1)));
 }
 

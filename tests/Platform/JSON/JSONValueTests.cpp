@@ -51,8 +51,8 @@ TEST(JSONValue, KeepsEachKindApart) {
 }
 
 TEST(JSONValue, ChainsLookUpsThroughWhatIsNotThere) {
-    const JSONValue payload = JSONDictionary{
-        {"scores", JSONArray{1, 0.0, "x"}}, {"none", nullptr}, {"live", true}, {"live", false}};
+    const JSONValue payload =
+        JSONDictionary{{"scores", JSONArray{1, 0.0, "x"}}, {"none", nullptr}, {"live", true}, {"live", false}};
     EXPECT_EQ(payload["scores"][0].asInt64(), 1);
     EXPECT_EQ(payload["scores"][1].asInt64(), 0);
     EXPECT_EQ(payload["scores"][2].asInt64(), std::nullopt);

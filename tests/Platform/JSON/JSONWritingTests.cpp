@@ -60,8 +60,7 @@ TEST(JSONSerialization, WritesWhatReadsBackEqualOrderAndBooleansIncluded) {
     const auto value = JSONSerialization::jsonObject(text);
     ASSERT_TRUE(value);
     for (const bool pretty : {false, true}) {
-        const auto again =
-            JSONSerialization::jsonObject(*JSONSerialization::data(*value, {.prettyPrinted = pretty}));
+        const auto again = JSONSerialization::jsonObject(*JSONSerialization::data(*value, {.prettyPrinted = pretty}));
         ASSERT_TRUE(again);
         EXPECT_EQ(*again, *value);
         EXPECT_EQ(written(*again), text);

@@ -35,9 +35,7 @@ struct JSONBlock {
 
 /// The characters stand behind the block.
 struct JSONTextBlock : JSONBlock {
-    [[nodiscard]] std::string_view text() const noexcept {
-        return {reinterpret_cast<const char*>(this + 1), size};
-    }
+    [[nodiscard]] std::string_view text() const noexcept { return {reinterpret_cast<const char*>(this + 1), size}; }
 };
 
 struct JSONArrayBlock : JSONBlock {
@@ -156,9 +154,7 @@ struct JSONAccess {
         return dictionary;
     }
 
-    static JSONValue textValue(const JSONTextBlock* block) noexcept {
-        return JSONValue(JSONBlockReference(block));
-    }
+    static JSONValue textValue(const JSONTextBlock* block) noexcept { return JSONValue(JSONBlockReference(block)); }
 
     /// Whether the value refers to a block, which is then counted.
     static bool isCounted(const JSONValue& value) noexcept {

@@ -1,5 +1,6 @@
-#include <cstring>
 #include <sys/random.h>
+
+#include <cstring>
 
 #include <Corvane/Platform/JSON/Private/JSONKeyHash.hpp>
 
@@ -18,8 +19,7 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) noexcept {
 std::uint64_t drawSeed() noexcept {
     std::uint64_t seed = 0;
     // Before the kernel's pool is ready the address of a local has to do: never block for this.
-    if (::getrandom(&seed, sizeof seed, GRND_NONBLOCK) != sizeof seed)
-        seed = reinterpret_cast<std::uintptr_t>(&seed);
+    if (::getrandom(&seed, sizeof seed, GRND_NONBLOCK) != sizeof seed) seed = reinterpret_cast<std::uintptr_t>(&seed);
     return seed | 1;
 }
 

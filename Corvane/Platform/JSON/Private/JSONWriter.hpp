@@ -16,8 +16,7 @@ class JSONWriter {
     /// as "…", and texts are not checked.
     enum class Strictness : unsigned char { strict, lenient };
 
-    JSONWriter(JSONWritingOptions options, Strictness strictness)
-        : options_(options), strictness_(strictness) {}
+    JSONWriter(JSONWritingOptions options, Strictness strictness) : options_(options), strictness_(strictness) {}
 
     /// The failure, when there is one; the text is of no use then.
     std::optional<JSONErrorCode> write(const JSONValue& value);
