@@ -43,6 +43,8 @@ static_assert(sizeof(Callback) == 64);
 /// A thread's own run loop; it is the engine of the main one.
 class CorvaneLoop {
   public:
+    CorvaneLoop() { isRunning_.wait(); }
+
     ~CorvaneLoop() {
         loop_->perform([this] { loop_->stop(); });
         thread_.join();
@@ -58,7 +60,6 @@ class CorvaneLoop {
         isRunning_.set();
         loop_->run();
     }};
-    const bool waited_ = (isRunning_.wait(), true);
 };
 
 using LimitFutexLoop = limits::Loop<limits::WakeBy::futex>;

@@ -76,16 +76,11 @@ class GlobalQueue final : public DispatchQueue {
     WorkerPool pool_;
 };
 
-/// Made once, shared and never given up. The owner is to be kept in a static, where leak checkers see it.
-template <class Queue, class... Arguments>
-const std::shared_ptr<Queue>* immortal(Arguments&&... arguments) {
-    return new std::shared_ptr<Queue>(std::make_shared<Queue>(std::forward<Arguments>(arguments)...));
-}
-
+/// The global queue of a class, made on first use and never given up.
 template <QoSClass qosClass>
 GlobalQueue& globalQueue() {
-    static const auto* const queue = immortal<GlobalQueue>(qosClass);
-    return **queue;
+    static const auto& queue = *new auto(std::make_shared<GlobalQueue>(qosClass));
+    return *queue;
 }
 
 GlobalQueue& GlobalQueue::ofClass(QoSClass qosClass) {
@@ -108,8 +103,8 @@ GlobalQueue& GlobalQueue::ofClass(QoSClass qosClass) {
 }  // namespace
 
 DispatchQueue& DispatchQueue::main() noexcept {
-    static const auto* const queue = immortal<MainQueue>();
-    return **queue;
+    static const auto& queue = *new auto(std::make_shared<MainQueue>());
+    return *queue;
 }
 
 DispatchQueue& DispatchQueue::global(QoSClass qosClass) noexcept {
