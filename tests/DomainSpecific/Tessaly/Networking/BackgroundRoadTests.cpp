@@ -1,0 +1,170 @@
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
+#include <Corvane/Platform/Application/BackgroundTaskHost.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Dispatch/Thread.hpp>
+#include <Corvane/Testing/LoopbackServer.hpp>
+
+namespace corvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::LoopbackFault;
+using testing::LoopbackRequest;
+using testing::LoopbackResponse;
+using testing::LoopbackServer;
+
+/// Counts beginnings and ends, and can run out of patience.
+class CountingHost : public BackgroundTaskHost {
+  public:
+    Identifier begin(std::string name, std::function<void()> expirationHandler) override {
+        begun.push_back(std::move(name));
+        expire = std::move(expirationHandler);
+        return isRefusing ? invalid : 40 + begun.size();
+    }
+
+    bool end(Identifier identifier) override {
+        ended.push_back(identifier);
+        return true;
+    }
+
+    bool isRefusing = false;
+    std::vector<std::string> begun;
+    std::vector<Identifier> ended;
+    std::function<void()> expire;
+};
+
+class Listener : public BackgroundSessionDelegate {
+  public:
+    void backgroundTaskDidLoad(URLSessionDataTask& task, const JSONDictionary& json) override {
+        note(task, JSONValue(json).description());
+    }
+
+    void backgroundTaskDidFail(URLSessionDataTask& task, const AnyError& error) override {
+        note(task, error.domain() + " " + std::to_string(error.code()));
+    }
+
+    std::vector<std::string> events;
+
+  private:
+    void note(const URLSessionDataTask& task, const std::string& what) {
+        EXPECT_TRUE(Thread::isMainThread());
+        EXPECT_EQ(task.priority(), URLSessionDataTask::highPriority);
+        events.push_back(task.taskDescription() + ": " + what);
+    }
+};
+
+class BackgroundRoad : public ::testing::Test {
+  protected:
+    BackgroundRoad() {
+        BackgroundTasks::setHost(host);
+        manager->setDelegate(listener);
+    }
+
+    ~BackgroundRoad() override { BackgroundTasks::setHost(nullptr); }
+
+    void start() { manager->startBackgroundTask(URLRequest(*URL::parse(server.url("/"))), "statistics"); }
+
+    /// Lets the manager go and runs the main loop until nothing holds it any more: the session has told everything.
+    void finish() {
+        const std::weak_ptr<SimpleHttpManager> weak = std::exchange(manager, nullptr);
+        while (!weak.expired())
+            RunLoop::main().runOnce();
+    }
+
+    LoopbackServer server;
+    std::shared_ptr<CountingHost> host = std::make_shared<CountingHost>();
+    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
+    std::shared_ptr<SimpleHttpManager> manager = SimpleHttpManager::make();
+};
+
+TEST_F(BackgroundRoad, ReportsAJSONObjectAndEndsItsProtectionOnce) {
+    struct Row {
+        LoopbackResponse response;
+        std::vector<std::string> events;
+    };
+
+    const Row rows[] = {
+        {LoopbackResponse::json(R"({"b":1,"a":[2]})"), {R"(statistics: {"b":1,"a":[2]})"}},
+        {LoopbackResponse::json("[1]"), {"statistics: Invalid response format 999999"}},
+        {LoopbackResponse::json("{\"a\":"), {"statistics: Invalid response format 999999"}},
+        {LoopbackResponse::json("{}", 503), {"statistics: {}"}},
+        {LoopbackResponse{.status = 204}, {}},
+        {LoopbackResponse::json("{}").with(LoopbackFault::resetInsideBody), {"statistics: URLErrorDomain -1005"}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.response.body);
+        server.route("GET", "/", row.response);
+        start();
+        EXPECT_EQ(manager->backgroundTaskIdForTask().size(), 1U);
+        finish();
+        EXPECT_EQ(listener->events, row.events);
+        EXPECT_THAT(host->begun, ElementsAre("FinishNetworkTasks"));
+        EXPECT_THAT(host->ended, ElementsAre(41U));
+
+        listener->events.clear();
+        host->begun.clear();
+        host->ended.clear();
+        manager = SimpleHttpManager::make();
+        manager->setDelegate(listener);
+    }
+}
+
+TEST_F(BackgroundRoad, GivesItsProtectionUpWhenThePlatformRunsOutOfPatience) {
+    server.route("GET", "/", LoopbackResponse::held());
+    start();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    host->expire();
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
+
+    exchange->respond(LoopbackResponse::json("{}"));
+    finish();
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}")) << "the request itself goes on";
+    host->expire();
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+}
+
+TEST_F(BackgroundRoad, GoesOnWithoutProtectionWhenThePlatformRefusesIt) {
+    host->isRefusing = true;
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    start();
+    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
+    finish();
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+    EXPECT_THAT(host->ended, IsEmpty());
+}
+
+TEST_F(BackgroundRoad, MayBeTakenFromAnyThread) {
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    std::jthread([this] { start(); }).join();
+    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
+    finish();
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+}
+
+TEST_F(BackgroundRoad, DoesNotKeepItsListener) {
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    start();
+    listener.reset();
+    EXPECT_EQ(manager->delegate(), nullptr);
+    finish();
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+}
+
+}  // namespace
+}  // namespace corvane
