@@ -25,6 +25,9 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
 #include <Corvane/Export.hpp>
 #include <Corvane/Platform/AnyError.hpp>
+#include <Corvane/Platform/Application/BackgroundTaskHost.hpp>
+#include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>
+#include <Corvane/Platform/Application/BackgroundTasks.hpp>
 #include <Corvane/Platform/Data.hpp>
 #include <Corvane/Platform/Dates/Date.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
@@ -57,6 +60,9 @@
 #include <Corvane/Platform/Logging/Logger.hpp>
 #include <Corvane/Platform/Logging/Logging.hpp>
 #include <Corvane/Platform/Logging/StandardErrorSink.hpp>
+#include <Corvane/Platform/Notifications/Notification.hpp>
+#include <Corvane/Platform/Notifications/NotificationCenter.hpp>
+#include <Corvane/Platform/Notifications/NotificationObservation.hpp>
 #include <Corvane/Platform/PlatformError.hpp>
 #include <Corvane/Platform/Text/NumberText.hpp>
 #include <Corvane/Platform/UnfairLock.hpp>
