@@ -14,6 +14,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequestData.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiResponse.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ClientAPIError.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataProviderResponse.hpp>
@@ -21,6 +22,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPMethods.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
 #include <Corvane/Export.hpp>
