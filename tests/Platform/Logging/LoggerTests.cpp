@@ -1,0 +1,126 @@
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Logging/Logger.hpp>
+#include <Corvane/Platform/Logging/Logging.hpp>
+#include <Corvane/Platform/Logging/Private/LogFormat.hpp>
+#include <Corvane/Testing/LogRecorder.hpp>
+
+namespace corvane {
+
+using ::testing::ElementsAre;
+
+TEST(Logger, ReachesTheSinkFromItsLevelUpwards) {
+    const struct {
+        LogLevel level;
+        std::vector<std::string> messages;
+    } cases[] = {
+        {LogLevel::debug, {"d", "i", "e"}},
+        {LogLevel::info, {"i", "e"}},
+        {LogLevel::error, {"e"}},
+        {LogLevel::off, {}},
+    };
+
+    const Logger logger("tests", "levels");
+    for (const auto& [level, messages] : cases) {
+        testing::LogRecorder log(level);
+        logger.debug("d");
+        logger.info("i");
+        logger.error("e");
+        logger.log(LogLevel::off, "never");
+        EXPECT_EQ(log.messages("levels"), messages) << description(level);
+    }
+}
+
+TEST(Logger, MakesNoMessageForALevelThatIsOff) {
+    testing::LogRecorder log(LogLevel::error);
+    const Logger logger("tests", "lazy");
+    int made = 0;
+    const auto message = [&] { return "made " + std::to_string(++made); };
+    logger.debug(message);
+    logger.error(message);
+    EXPECT_THAT(log.messages(), ElementsAre("made 1"));
+}
+
+TEST(Logger, SharesItsChannelWithAllOfItsName) {
+    testing::LogRecorder log(LogLevel::error);
+    const Logger early("tests", "shared");
+    Logging::setLevel(LogLevel::debug, "tests", "shared");
+    const Logger late("tests", "shared");
+    const Logger other("tests", "other");
+    for (const Logger& logger : {early, late})
+        EXPECT_TRUE(logger.isEnabled(LogLevel::debug));
+    EXPECT_FALSE(other.isEnabled(LogLevel::debug));
+
+    Logging::setLevel(LogLevel::off);
+    EXPECT_TRUE(early.isEnabled(LogLevel::debug));
+    EXPECT_FALSE(other.isEnabled(LogLevel::error));
+
+    EXPECT_EQ(Logging::setLevel(std::nullopt, "tests", "shared"), LogLevel::debug);
+    EXPECT_FALSE(early.isEnabled(LogLevel::error));
+}
+
+TEST(Logger, PassesOnWhereItWasCalled) {
+    testing::LogRecorder log;
+    Logger("subsystem", "category").info("here");
+    const auto line = __LINE__ - 1;
+    const auto entry = log.entries().at(0);
+    EXPECT_EQ(entry.subsystem, "subsystem");
+    EXPECT_EQ(entry.category, "category");
+    EXPECT_EQ(entry.location.line(), line);
+    EXPECT_STREQ(entry.location.file_name(), __FILE__);
+    EXPECT_EQ(entry.thread, std::this_thread::get_id());
+    EXPECT_TRUE(entry.isMainThread);
+    EXPECT_GT(entry.time.time_since_epoch().count(), 0);
+}
+
+TEST(Logger, FormatsLinesOfAnyLength) {
+    testing::LogRecorder log;
+    const Logger logger("tests", "format");
+    const std::string text(10 * usualLogLine, 'x');
+    logFormatted(logger, LogLevel::debug, {}, FMT_COMPILE("{}: {:.2f}s"), text, 0.5);
+    EXPECT_THAT(log.messages(), ElementsAre(text + ": 0.50s"));
+}
+
+TEST(Logging, GivesBackTheFormerSinkAndLetsItGo) {
+    struct Sink : LogSink {
+        void write(const LogEntry&) noexcept override { ++entries; }
+
+        int entries = 0;
+    };
+
+    const auto former = Logging::setSink(nullptr);
+    auto sink = std::make_shared<Sink>();
+    const auto standardError = Logging::setSink(sink);
+    Logger("tests", "sink").error("one");
+    EXPECT_EQ(sink->entries, 1);
+    EXPECT_EQ(Logging::setSink(nullptr), sink);
+    EXPECT_EQ(sink.use_count(), 1);
+    EXPECT_EQ(Logging::setSink(former), standardError);
+}
+
+// What a sanitizer looks at: sinks and levels change while other threads log.
+TEST(Logging, ChangesWhileOthersLog) {
+    testing::LogRecorder log;
+    std::atomic<bool> done = false;
+    std::jthread writer([&] {
+        while (!done)
+            Logger("tests", "concurrent").debug("x");
+    });
+    for (int round = 0; round < 200; ++round) {
+        const testing::LogRecorder inner;
+        inner.waitForEntries(1);
+        Logging::setLevel(LogLevel::debug, "tests", "concurrent" + std::to_string(round % 8));
+    }
+    done = true;
+}
+
+}  // namespace corvane
