@@ -15,15 +15,21 @@ namespace corvane {
 /// Enough for the usual log line; longer ones go to the heap.
 inline constexpr std::size_t usualLogLine = 512;
 
-/// Writes one entry with a pattern that is compiled with the code, `FMT_COMPILE("...")`. Costs one relaxed
-/// load when `level` is off; otherwise formats into a buffer on the stack.
+/// Formats into a buffer on the stack and writes. Apart from the check, so that only the check is inlined.
 template <class Pattern, class... Arguments>
-void logFormatted(const Logger& logger, LogLevel level, std::source_location where, const Pattern& pattern,
-                  const Arguments&... arguments) noexcept {
-    if (!logger.isEnabled(level)) return;
+[[gnu::noinline]] void formatAndLog(const Logger& logger, LogLevel level, std::source_location where,
+                                    const Pattern& pattern, const Arguments&... arguments) noexcept {
     fmt::basic_memory_buffer<char, usualLogLine> line;
     fmt::format_to(std::back_inserter(line), pattern, arguments...);
     logger.log(level, std::string_view(line.data(), line.size()), where);
+}
+
+/// Writes one entry with a pattern that is compiled with the code, `FMT_COMPILE("...")`; costs one relaxed load while
+/// `level` is off.
+template <class Pattern, class... Arguments>
+void logFormatted(const Logger& logger, LogLevel level, std::source_location where, const Pattern& pattern,
+                  const Arguments&... arguments) noexcept {
+    if (logger.isEnabled(level)) formatAndLog(logger, level, where, pattern, arguments...);
 }
 
 }  // namespace corvane
