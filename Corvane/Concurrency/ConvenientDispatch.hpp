@@ -31,7 +31,7 @@ namespace detail {
 
 /// Each writes one entry: `operation` with what follows it in brackets, and the place of the call.
 CORVANE_EXPORT void logHop(std::string_view operation, const SourceFileContext& context,
-                           std::string_view progress = {}) noexcept;
+                           std::string_view progress = "") noexcept;
 CORVANE_EXPORT void logDelayedHop(std::string_view operation, double after, const SourceFileContext& context) noexcept;
 CORVANE_EXPORT void logDelayedHop(std::string_view operation, double after, DispatchQoS qos,
                                   const SourceFileContext& context) noexcept;

@@ -10,9 +10,9 @@ void fatalErrorInDebug(std::string_view message, SourceFileContext context) noex
 
 void fatalErrorInDebug(const Logger& logger, std::string_view message, SourceFileContext context) noexcept {
     if (!logger.isEnabled(LogLevel::error)) return;
-    logFormatted(logger, LogLevel::error, context.sourceLocation(),
-                 FMT_COMPILE("{}\nat: {}, in {}, at line: {}"), message, context.function(),
-                 context.fileName(), context.line());
+    if (message.empty()) message = "";  // fmt copies from a null address, if only zero bytes
+    logFormatted(logger, LogLevel::error, context.sourceLocation(), FMT_COMPILE("{}\nat: {}, in {}, at line: {}"),
+                 message, context.function(), context.fileName(), context.line());
 }
 
 }  // namespace corvane

@@ -38,9 +38,11 @@ TEST(FatalErrorInDebug, LogsTheMessageWithTheCallAndReturns) {
     testing::LogRecorder log(LogLevel::error);
     fatalErrorInDebug("broken", {"/app/Loader.cpp", "load()", 42});
     fatalErrorInDebug(Loggers::command(), "also broken");
+    fatalErrorInDebug(std::string_view(), {"Loader.cpp", "load()", 42});
 
     const auto entries = log.entries();
-    ASSERT_EQ(entries.size(), 2U);
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[2].message, "\nat: load(), in Loader.cpp, at line: 42");
     EXPECT_EQ(entries[0].level, LogLevel::error);
     EXPECT_EQ(entries[0].category, "Unspecified");
     EXPECT_EQ(entries[0].message, "broken\nat: load(), in Loader.cpp, at line: 42");

@@ -1,13 +1,14 @@
-#include <array>
-#include <cstdint>
-#include <cstring>
 #include <errno.h>
 #include <fcntl.h>
-#include <string_view>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -86,8 +87,7 @@ int sealedFile(std::string_view content) noexcept {
         if (written <= 0) break;
         content.remove_prefix(static_cast<std::size_t>(written));
     }
-    if (!content.empty() ||
-        ::fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0) {
+    if (!content.empty() || ::fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL) != 0) {
         ::close(file);
         return -1;
     }

@@ -1,12 +1,13 @@
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <ctime>
 #include <iterator>
-#include <pthread.h>
-#include <signal.h>
 #include <string_view>
-#include <unistd.h>
 
 #include <fmt/compile.h>
 #include <fmt/format.h>

@@ -119,7 +119,7 @@ TEST(JournalSink, SendsStructuredFields) {
     EXPECT_EQ(fields["CODE_FUNC"], here.function_name());
     EXPECT_EQ(fields["CODE_LINE"], std::to_string(here.line()));
 
-    (*sink)->write({LogLevel::debug, "", "", "", {}, {}});
+    (*sink)->write({LogLevel::debug, {}, {}, {}, {}, {}});
     fields = journal.receive();
     EXPECT_EQ(fields["PRIORITY"], "7");
     EXPECT_FALSE(fields.contains("CODE_FILE"));
