@@ -2,6 +2,7 @@
 
 // Everything but Corvane::Testing. A file that includes what it uses compiles faster.
 
+#include <Corvane/Concurrency/ConvenientDispatch.hpp>
 #include <Corvane/Core/Atomic.hpp>
 #include <Corvane/Core/ErrorFromString.hpp>
 #include <Corvane/Core/FatalErrorInDebug.hpp>

@@ -15,8 +15,10 @@
 namespace corvane {
 
 /// A type that can stand in an `AnyError`: it says of itself at least what a developer wants to read.
+///
+/// Asks nothing about construction: for a class that is made from an `AnyError`, that question would be its own answer.
 template <class E>
-concept ErrorType = std::copy_constructible<E> && requires(const E& error) {
+concept ErrorType = requires(const E& error) {
     { error.description() } -> std::convertible_to<std::string>;
 };
 

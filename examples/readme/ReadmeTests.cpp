@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <string>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <Corvane/Testing/LoopbackServer.hpp>
@@ -9,6 +10,7 @@ namespace {
 
 using corvane::testing::LoopbackResponse;
 using corvane::testing::LoopbackServer;
+using testing::StartsWith;
 
 /// What the README's program prints, standard error included, when it is given `url`.
 std::string outputFor(const std::string& url) {
@@ -27,8 +29,7 @@ TEST(Readme, ShowsAProgramThatPrintsADocumentOrWhyNot) {
     EXPECT_EQ(outputFor(server.url("/fixtures")), "[{\"home\": \"Rovers\"}]\n");
 
     server.refuseConnections();
-    EXPECT_EQ(outputFor(server.url("/fixtures")),
-              "The operation couldn’t be completed. (URLErrorDomain error -1004.)\n");
+    EXPECT_THAT(outputFor(server.url("/fixtures")), StartsWith("Could not connect to the server."));
     EXPECT_EQ(outputFor("no URL"), "The operation couldn’t be completed. (Invalid URL error 999.)\n");
 }
 
