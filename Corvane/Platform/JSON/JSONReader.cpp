@@ -24,9 +24,10 @@ namespace dom = simdjson::dom;
 
 static_assert(Data::padding >= simdjson::SIMDJSON_PADDING);
 
-/// A parser holds about 14 bytes for each byte of the largest input it has seen. Every thread that reads JSON
-/// keeps its parser until it ends, but not one that has grown beyond this.
-constexpr std::size_t keptCapacity = 256 * 1024;
+/// A parser reserves about 14 bytes for each byte of the largest input it has seen and makes use of about 5 of them.
+/// Every thread that reads JSON keeps its parser until it ends, but not one that has grown beyond this: a single large
+/// document must not cost its memory for ever.
+constexpr std::size_t keptCapacity = std::size_t{1} << 20;
 
 dom::parser& threadParser() {
     thread_local dom::parser parser;

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -7,7 +9,9 @@
 #include <fmt/format.h>
 #include <simdjson.h>
 
+#include <Corvane/Platform/JSON/Private/JSONBlocks.hpp>
 #include <Corvane/Platform/JSON/Private/JSONWriter.hpp>
+#include <Corvane/Platform/Text/NumberText.hpp>
 
 namespace corvane::detail {
 
@@ -15,14 +19,27 @@ namespace {
 
 constexpr std::size_t blanksPerLevel = 2;
 
+/// Whether a character must be escaped, by its value.
+constexpr auto mustBeEscaped = [] {
+    std::array<bool, 256> table{};
+    for (std::size_t control = 0; control < 0x20; ++control)
+        table[control] = true;
+    table['"'] = table['\\'] = true;
+    return table;
+}();
+
 bool needsEscape(char character) noexcept {
-    return static_cast<unsigned char>(character) < 0x20 || character == '"' || character == '\\';
+    return mustBeEscaped[static_cast<unsigned char>(character)];
 }
 
 }  // namespace
 
 std::optional<JSONErrorCode> JSONWriter::write(const JSONValue& value) {
     writeValue(value);
+    // Looked at once for all: what is not the values' own text is ASCII, so one text cannot complete another.
+    if (strictness_ == Strictness::strict && !simdjson::validate_utf8(text_.data(), text_.size())) {
+        fail(JSONErrorCode::invalidUTF8);
+    }
     return failure_;
 }
 
@@ -31,45 +48,39 @@ void JSONWriter::fail(JSONErrorCode code) {
 }
 
 void JSONWriter::writeValue(const JSONValue& value) {
-    switch (value.kind()) {
-        case JSONValue::Kind::null:
-            text_ += "null";
-            break;
-        case JSONValue::Kind::number:
-            writeNumber(value);
-            break;
-        case JSONValue::Kind::text:
-            writeText(*value.asString());
-            break;
-        case JSONValue::Kind::array:
-            writeArray(*value.asArray());
-            break;
-        case JSONValue::Kind::dictionary:
-            writeDictionary(*value.asDictionary());
-            break;
-    }
+    JSONAccess::visit(value, [this](const auto& held) { writeHeld(held); });
 }
 
-void JSONWriter::writeNumber(const JSONValue& value) {
-    if (const auto boolean = value.asBool()) {
-        text_ += *boolean ? "true" : "false";
-        return;
-    }
-    const JSONNumber number = *value.asNumber();
-    if (strictness_ == Strictness::strict && !std::isfinite(number.doubleValue())) fail(JSONErrorCode::nonFiniteNumber);
-    text_ += number.description();
+void JSONWriter::writeHeld(std::monostate /*null*/) {
+    text_ += "null";
+}
+
+void JSONWriter::writeHeld(bool boolean) {
+    text_ += boolean ? "true" : "false";
+}
+
+void JSONWriter::writeHeld(std::integral auto integer) {
+    std::array<char, 24> digits;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), integer);
+    text_ += std::string_view(digits.data(), end.ptr);
+}
+
+void JSONWriter::writeHeld(double number) {
+    if (strictness_ == Strictness::strict && !std::isfinite(number)) fail(JSONErrorCode::nonFiniteNumber);
+    text_ += numberText(number);
+}
+
+void JSONWriter::writeHeld(const JSONBlockReference& text) {
+    writeText(textOf(text));
 }
 
 void JSONWriter::writeText(std::string_view text) {
-    if (strictness_ == Strictness::strict && !simdjson::validate_utf8(text.data(), text.size())) {
-        fail(JSONErrorCode::invalidUTF8);
-    }
     text_ += '"';
     while (true) {
-        const auto plainEnd = std::ranges::find_if(text, needsEscape);
-        text_.append(text.begin(), plainEnd);
-        if (plainEnd == text.end()) break;
-        switch (const char special = *plainEnd) {
+        const auto plain = static_cast<std::size_t>(std::ranges::find_if(text, needsEscape) - text.begin());
+        text_ += text.substr(0, plain);
+        if (plain == text.size()) break;
+        switch (const char special = text[plain]) {
             case '"':
             case '\\':
                 (text_ += '\\') += special;
@@ -92,12 +103,12 @@ void JSONWriter::writeText(std::string_view text) {
             default:
                 fmt::format_to(std::back_inserter(text_), "\\u{:04x}", special);
         }
-        text.remove_prefix(static_cast<std::size_t>(plainEnd - text.begin()) + 1);
+        text.remove_prefix(plain + 1);
     }
     text_ += '"';
 }
 
-void JSONWriter::writeArray(const JSONArray& array) {
+void JSONWriter::writeHeld(const JSONArray& array) {
     if (!enter('[')) return;
     bool first = true;
     for (const JSONValue& element : array) {
@@ -107,7 +118,7 @@ void JSONWriter::writeArray(const JSONArray& array) {
     leave(']', first);
 }
 
-void JSONWriter::writeDictionary(const JSONDictionary& dictionary) {
+void JSONWriter::writeHeld(const JSONDictionary& dictionary) {
     if (!enter('{')) return;
     bool first = true;
     if (options_.sortedKeys) {

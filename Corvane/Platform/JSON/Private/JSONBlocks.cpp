@@ -70,20 +70,15 @@ const JSONBlock* makeHeapText(std::string_view text) {
     return block;
 }
 
-void* JSONDocument::allocateBytes(std::size_t size) {
-    size = (size + alignment - 1) / alignment * alignment;
-    if (size > left_) {
-        left_ = std::max(size, nextChunk_);
-        nextChunk_ = left_ * 2;
-        free_ = chunks_.emplace_back(std::make_unique_for_overwrite<std::byte[]>(left_)).get();
-    }
-    left_ -= size;
-    return std::exchange(free_, free_ + size);
+void JSONDocument::addChunk(std::size_t size) {
+    left_ = std::max(size, nextChunk_);
+    nextChunk_ = left_ * 2;
+    free_ = chunks_.emplace_back(std::make_unique_for_overwrite<std::byte[]>(left_)).get();
 }
 
 const JSONTextBlock* JSONDocument::makeText(std::string_view text) {
     if (text.empty()) return nullptr;
-    auto* const memory = static_cast<std::byte*>(allocateBytes(sizeof(JSONTextBlock) + text.size()));
+    std::byte* const memory = allocateBytes(sizeof(JSONTextBlock) + text.size());
     auto* const block = ::new (memory) JSONTextBlock{{this, text.size()}};
     std::memcpy(memory + sizeof(JSONTextBlock), text.data(), text.size());
     return block;

@@ -6,6 +6,8 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include <Corvane/Platform/JSON/JSONValue.hpp>
@@ -97,7 +99,7 @@ class JSONDocument final : public JSONOwner {
     template <class T>
     [[nodiscard]] T* allocate(std::size_t count) {
         static_assert(alignof(T) <= alignment);
-        return static_cast<T*>(allocateBytes(count * sizeof(T)));
+        return static_cast<T*>(static_cast<void*>(allocateBytes(count * sizeof(T))));
     }
 
     [[nodiscard]] const JSONTextBlock* makeText(std::string_view text);
@@ -105,7 +107,14 @@ class JSONDocument final : public JSONOwner {
   private:
     static constexpr std::size_t alignment = alignof(std::uint64_t);
 
-    [[nodiscard]] void* allocateBytes(std::size_t size);
+    [[nodiscard]] std::byte* allocateBytes(std::size_t size) {
+        size = (size + alignment - 1) / alignment * alignment;
+        if (size > left_) addChunk(size);
+        left_ -= size;
+        return std::exchange(free_, free_ + size);
+    }
+
+    void addChunk(std::size_t size);
 
     std::vector<std::unique_ptr<std::byte[]>> chunks_;
     std::byte* free_ = nullptr;
@@ -155,6 +164,12 @@ struct JSONAccess {
     }
 
     static JSONValue textValue(const JSONTextBlock* block) noexcept { return JSONValue(JSONBlockReference(block)); }
+
+    /// Calls `visitor` with what the value holds: `std::monostate` for null, a `JSONBlockReference` for text.
+    template <class Visitor>
+    static decltype(auto) visit(const JSONValue& value, Visitor&& visitor) {
+        return std::visit(std::forward<Visitor>(visitor), value.value_);
+    }
 
     /// Whether the value refers to a block, which is then counted.
     static bool isCounted(const JSONValue& value) noexcept {

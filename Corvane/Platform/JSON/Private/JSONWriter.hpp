@@ -1,9 +1,11 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
@@ -25,10 +27,14 @@ class JSONWriter {
 
   private:
     void writeValue(const JSONValue& value);
-    void writeNumber(const JSONValue& value);
+    void writeHeld(std::monostate null);
+    void writeHeld(bool boolean);
+    void writeHeld(std::integral auto integer);
+    void writeHeld(double number);
+    void writeHeld(const JSONBlockReference& text);
+    void writeHeld(const JSONArray& array);
+    void writeHeld(const JSONDictionary& dictionary);
     void writeText(std::string_view text);
-    void writeArray(const JSONArray& array);
-    void writeDictionary(const JSONDictionary& dictionary);
     void writeMember(const JSONDictionary::Member& member, bool first);
     bool enter(char bracket);
     void leave(char bracket, bool empty);
