@@ -1,0 +1,40 @@
+#pragma once
+
+#include <ctime>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include <Corvane/Testing/LoopbackServer.hpp>
+
+#include "Season.hpp"
+
+namespace matchday {
+
+/// The league's back end on this machine: JSON documents with a "Last-Modified" that a client may ask back with, and
+/// games that go on whenever somebody asks for the live scores.
+class Backend {
+  public:
+    explicit Backend(std::time_t now);
+
+    [[nodiscard]] std::string url(std::string_view path) const { return server_.url(path); }
+
+  private:
+    using Request = corvane::testing::LoopbackRequest;
+    using Response = corvane::testing::LoopbackResponse;
+
+    Response document(const Request& request, corvane::JSONDictionary (Season::*content)() const);
+    Response live();
+    Response prediction(const Request& request);
+    Response visit(const Request& request);
+
+    /// Guards what follows: routes run on the server's thread.
+    std::mutex mutex_;
+    Season season_;
+    std::time_t lastModified_;
+    int predictionCount_ = 0;
+    /// Last, so that it has stopped serving before the rest goes.
+    corvane::testing::LoopbackServer server_;
+};
+
+}  // namespace matchday

@@ -1,0 +1,213 @@
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Testing/LoopbackServer.hpp>
+
+#include "tests/Support/NginxOrigin.hpp"
+
+namespace {
+
+using corvane::testing::LoopbackFault;
+using corvane::testing::LoopbackRequest;
+using corvane::testing::LoopbackResponse;
+using corvane::testing::LoopbackServer;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+/// The program, running, with its output read by the test.
+class Matchday {
+  public:
+    explicit Matchday(std::vector<std::string> arguments) {
+        int outputPipe[2], errorPipe[2];
+        EXPECT_EQ(pipe(outputPipe), 0);
+        EXPECT_EQ(pipe(errorPipe), 0);
+        output_ = outputPipe[0];
+        errors_ = errorPipe[0];
+
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, outputPipe[1], STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, errorPipe[1], STDERR_FILENO);
+        for (const int end : {outputPipe[0], outputPipe[1], errorPipe[0], errorPipe[1]}) {
+            posix_spawn_file_actions_addclose(&actions, end);
+        }
+        arguments.insert(arguments.begin(), MATCHDAY_PROGRAM);
+        std::vector<char*> argv;
+        for (std::string& argument : arguments)
+            argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        EXPECT_EQ(posix_spawn(&process_, MATCHDAY_PROGRAM, &actions, nullptr, argv.data(), environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        close(outputPipe[1]);
+        close(errorPipe[1]);
+    }
+
+    ~Matchday() {
+        if (process_ > 0) wait();
+        closeOutput();
+        close(errors_);
+    }
+
+    Matchday(const Matchday&) = delete;
+    Matchday& operator=(const Matchday&) = delete;
+
+    void interrupt() const { kill(process_, SIGINT); }
+
+    void closeOutput() { close(std::exchange(output_, -1)); }
+
+    /// Reads everything and gives the exit status, 128 and the signal's number for a process that a signal ended.
+    int wait() {
+        pollfd pipes[] = {{output_, POLLIN, 0}, {errors_, POLLIN, 0}};
+        while (pipes[0].fd >= 0 || pipes[1].fd >= 0) {
+            if (poll(pipes, 2, -1) < 0 && errno != EINTR) break;
+            take(pipes[0], output);
+            take(pipes[1], errors);
+        }
+        int status = 0;
+        waitpid(std::exchange(process_, -1), &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+    std::string output;
+    std::string errors;
+
+  private:
+    static void take(pollfd& pipe, std::string& text) {
+        if (pipe.fd < 0 || pipe.revents == 0) return;
+        char buffer[4096];
+        const ssize_t count = read(pipe.fd, buffer, sizeof buffer);
+        if (count > 0) {
+            text.append(buffer, static_cast<std::size_t>(count));
+        } else {
+            pipe.fd = -1;
+        }
+    }
+
+    int output_ = -1;
+    int errors_ = -1;
+    pid_t process_ = -1;
+};
+
+TEST(Matchday, FollowsItsOwnMatchday) {
+    Matchday program({});
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.errors, IsEmpty());
+    EXPECT_THAT(program.output,
+                AllOf(HasSubstr("Coastal League, matchday 12"), HasSubstr("Ashcombe Rovers"), HasSubstr("Standings"),
+                      HasSubstr("304    no body"), HasSubstr("Unchanged since"), HasSubstr("ephemeral   200"),
+                      HasSubstr("receipt P-0001"), HasSubstr("requests reported"), Not(HasSubstr("\033"))));
+}
+
+TEST(Matchday, ShowsColoursAndLogLinesWhenAsked) {
+    Matchday program({"--color", "always", "--log", "debug"});
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.output, HasSubstr("\033[1m"));
+    EXPECT_THAT(program.errors, HasSubstr("asyncOnMain() dispatched from: "));
+}
+
+TEST(Matchday, DownloadsADocumentTwice) {
+    const std::string date = "Sat, 21 Nov 2026 15:00:00 GMT";
+    LoopbackServer server;
+    server.route("GET", "/document", [&](const LoopbackRequest& request) -> LoopbackResponse {
+        if (request.header("If-Modified-Since") == date) return {.status = 304};
+        return LoopbackResponse::json(R"({"title": "\u001b[31mred\u009b"})").with("Last-Modified", date);
+    });
+    Matchday program({"--url", server.url("/document")});
+    EXPECT_EQ(program.wait(), 0) << program.errors;
+    EXPECT_THAT(program.output, AllOf(HasSubstr("200 OK, HTTP/1.1"), HasSubstr("application/json"), HasSubstr(date),
+                                      HasSubstr("\"title\""), HasSubstr("304 Not Modified")));
+    EXPECT_THAT(program.output, AllOf(Not(HasSubstr("\033")), Not(HasSubstr("\xC2\x9B")))) << "a terminal obeys these";
+    EXPECT_EQ(server.requestCount(), 2U);
+}
+
+TEST(Matchday, DownloadsFromARealOriginOverEveryRoad) {
+    NginxOrigin origin;
+    ASSERT_THAT(origin.failure(), IsEmpty());
+    origin.serve("document.json", R"({"matchday": 12})");
+
+    struct Row {
+        NginxOrigin::Endpoint endpoint;
+        const char* status;
+    };
+
+    for (const Row& row :
+         {Row{NginxOrigin::Endpoint::http, "200 OK, HTTP/1.1"}, Row{NginxOrigin::Endpoint::https, "200 OK, HTTP/1.1"},
+          Row{NginxOrigin::Endpoint::http2, "200 OK, HTTP/2"}}) {
+        Matchday program({"--url", origin.url(row.endpoint, "/plain/document.json"), "--ca-file", origin.caFile()});
+        EXPECT_EQ(program.wait(), 0) << program.errors;
+        EXPECT_THAT(program.output,
+                    AllOf(HasSubstr(row.status), HasSubstr(std::string(NginxOrigin::lastModified)),
+                          HasSubstr("\"matchday\": 12"), HasSubstr("304 Not Modified"), HasSubstr("still good")));
+    }
+
+    Matchday distrustful({"--url", origin.url(NginxOrigin::Endpoint::https, "/plain/document.json")});
+    EXPECT_EQ(distrustful.wait(), 1);
+    EXPECT_THAT(distrustful.errors, HasSubstr("certificate"));
+}
+
+TEST(Matchday, SaysWhatKeptItFromADocument) {
+    LoopbackServer server;
+    server.route("GET", "/text", LoopbackResponse{.body = "no JSON"});
+    server.route("GET", "/nothing", LoopbackResponse{});
+    server.route("GET", "/cut", LoopbackResponse::json("[1, 2, 3]").with(LoopbackFault::truncatedBody));
+    LoopbackServer closed;
+    closed.refuseConnections();
+
+    struct Row {
+        std::vector<std::string> arguments;
+        int exitCode;
+        const char* complaint;
+    };
+
+    const Row rows[] = {
+        {{"--url", closed.url("/")}, 1, "connect"},
+        {{"--url", server.url("/missing")}, 1, "404 Not Found"},
+        {{"--url", server.url("/text")}, 1, "not JSON"},
+        {{"--url", server.url("/nothing")}, 1, "the document is empty"},
+        {{"--url", server.url("/cut")}, 1, "connection"},
+        {{"--url", "nonsense"}, 2, "'nonsense' is not a URL"},
+        {{"--url", "ftp://localhost/"}, 2, "neither an http nor an https URL"},
+        {{"--url"}, 2, "--url needs a value"},
+        {{"--log", "loud"}, 2, "'loud' is no value of --log; choose one of debug, info, error, off"},
+        {{"--unknown"}, 2, "unknown option --unknown"},
+        {{"extra"}, 2, "unexpected argument 'extra'"},
+        {{"--url", "http://localhost/", "--ca-file", "/nowhere.pem"}, 2, "cannot read the CA file '/nowhere.pem'"},
+    };
+    for (const Row& row : rows) {
+        Matchday program(row.arguments);
+        EXPECT_EQ(program.wait(), row.exitCode) << row.complaint;
+        EXPECT_THAT(program.errors, AllOf(HasSubstr("matchday: "), HasSubstr(row.complaint)));
+    }
+}
+
+TEST(Matchday, EndsOnCtrlCWhileItWaits) {
+    LoopbackServer server;
+    server.route("GET", "/never", LoopbackResponse{.fault = LoopbackFault::neverAnswer});
+    Matchday program({"--url", server.url("/never")});
+    ASSERT_TRUE(server.waitForRequests(1));
+    program.interrupt();
+    EXPECT_EQ(program.wait(), 130);
+    EXPECT_THAT(program.errors, IsEmpty());
+}
+
+TEST(Matchday, StopsQuietlyWhenNobodyReads) {
+    Matchday program({});
+    program.closeOutput();
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_THAT(program.errors, IsEmpty());
+}
+
+}  // namespace

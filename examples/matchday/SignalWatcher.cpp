@@ -1,0 +1,35 @@
+#include "SignalWatcher.hpp"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <memory>
+#include <utility>
+
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
+
+namespace matchday {
+
+SignalWatcher::SignalWatcher(std::function<void(int)> onSignal) {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    thread_ = std::thread([this, signals, shared = std::make_shared<std::function<void(int)>>(std::move(onSignal))] {
+        bool hasAsked = false;
+        for (int signal = 0; sigwait(&signals, &signal) == 0 && !isEnding_.load();) {
+            if (std::exchange(hasAsked, true)) _exit(128 + signal);
+            corvane::RunLoop::main().perform([shared, signal] { (*shared)(signal); });
+        }
+    });
+}
+
+SignalWatcher::~SignalWatcher() {
+    isEnding_.store(true);
+    pthread_kill(thread_.native_handle(), SIGTERM);
+    thread_.join();
+}
+
+}  // namespace matchday
