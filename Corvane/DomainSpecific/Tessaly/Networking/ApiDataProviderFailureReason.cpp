@@ -4,19 +4,20 @@
 namespace corvane {
 
 std::string ApiDataProviderFailureReason::errorDescription() const {
-    using namespace failureCases;
+    namespace cases = failureCases;
     using Text = std::string;
-    return std::visit(CaseVisitor{
-                          [](const InvalidResponse& failure) { return "Invalid response: " + failure.description; },
-                          [](InvalidUrl) { return Text("Invalid URL"); },
-                          [](InvalidJson) { return Text("Invalid JSON"); },
-                          [](DecryptionError) { return Text("Decryption Error"); },
-                          [](ParsingError) { return Text("Parsing Error"); },
-                          [](Cancelled) { return Text("Cancelled"); },
-                          [](Timeout) { return Text("Timeout"); },
-                          [](Undefined) { return Text("Undefined"); },
-                      },
-                      case_);
+    return std::visit(
+        CaseVisitor{
+            [](const cases::InvalidResponse& failure) { return "Invalid response: " + failure.description; },
+            [](cases::InvalidUrl) { return Text("Invalid URL"); },
+            [](cases::InvalidJson) { return Text("Invalid JSON"); },
+            [](cases::DecryptionError) { return Text("Decryption Error"); },
+            [](cases::ParsingError) { return Text("Parsing Error"); },
+            [](cases::Cancelled) { return Text("Cancelled"); },
+            [](cases::Timeout) { return Text("Timeout"); },
+            [](cases::Undefined) { return Text("Undefined"); },
+        },
+        case_);
 }
 
 std::string ApiDataProviderFailureReason::description() const {

@@ -4,17 +4,17 @@
 namespace corvane {
 
 std::string ClientAPIError::errorDescription() const {
-    using namespace failureCases;
+    namespace cases = failureCases;
     return std::visit(CaseVisitor{
-                          [](const InvalidResponse&) { return "Undefined"; },
-                          [](InvalidUrl) { return "Invalid URL"; },
-                          [](InvalidJson) { return "Invalid JSON"; },
-                          [](DecryptionError) { return "Decryption error"; },
-                          [](ParsingError) { return "Parsing error"; },
-                          [](Cancelled) { return "Undefined"; },
-                          [](Timeout) { return "Timeout"; },
-                          [](Undefined) { return "Undefined"; },
-                          [](EmptyData) { return "Empty data"; },
+                          [](const cases::InvalidResponse&) { return "Undefined"; },
+                          [](cases::InvalidUrl) { return "Invalid URL"; },
+                          [](cases::InvalidJson) { return "Invalid JSON"; },
+                          [](cases::DecryptionError) { return "Decryption error"; },
+                          [](cases::ParsingError) { return "Parsing error"; },
+                          [](cases::Cancelled) { return "Undefined"; },
+                          [](cases::Timeout) { return "Timeout"; },
+                          [](cases::Undefined) { return "Undefined"; },
+                          [](cases::EmptyData) { return "Empty data"; },
                       },
                       case_);
 }

@@ -16,7 +16,7 @@ std::optional<URLRequest> SimpleHttpRequest::urlRequest() const {
     if (fields_.ifModifiedSince) request.addValue(*fields_.ifModifiedSince, Headers::IfModifiedSince);
     if (fields_.payload) {
         request.setHttpMethod(std::string(Methods::POST));
-        request.setHttpBody(*fields_.payload);
+        request.setHttpBody(fields_.payload);
     }
     return request;
 }

@@ -28,7 +28,9 @@ SimpleHttpResponse::SimpleHttpResponse(const SimpleHttpRequest* request, std::op
     if (urlResponse) {
         statusCode_ = urlResponse->statusCode();
         isNotModified_ = statusCode_ == HTTPStatusCode(HTTPStatusCode::notModified).rawValue();
-        if (request != nullptr && request->url()) urlString_ = request->url()->absoluteString();
+        if (request != nullptr) {
+            if (const auto& url = request->url()) urlString_ = url->absoluteString();
+        }
         if (const auto value = urlResponse->headerField(Headers::LastModified)) lastModified_ = *value;
     }
     if (!data_ && !isNotModified_) error_ = Errors::emptyData();
