@@ -85,15 +85,28 @@ void NetworkThread::run() {
     for (;;) {
         takeSubmissions();
         expire();
-        do {
-            hasNews_ = false;
-            int running = 0;
-            curl_multi_perform(multi_, &running);
-            reap();
-        } while (hasNews_);
-        const int milliseconds = prepareToSleep();
-        if (milliseconds != 0) curl_multi_poll(multi_, nullptr, 0, milliseconds, nullptr);
+        perform();
+        // What the first pass read for streams it had already passed.
+        if (secureOnWire_ > 0) perform();
+        sleep(prepareToSleep());
     }
+}
+
+void NetworkThread::perform() {
+    do {
+        hasNews_ = false;
+        int running = 0;
+        curl_multi_perform(multi_, &running);
+        reap();
+    } while (hasNews_);
+}
+
+void NetworkThread::sleep(int milliseconds) {
+    if (milliseconds == 0) return;
+    const bool isShort = secureOnWire_ > 0 && quietMilliseconds_ < milliseconds;
+    int ready = 0;
+    curl_multi_poll(multi_, nullptr, 0, isShort ? quietMilliseconds_ : milliseconds, &ready);
+    quietMilliseconds_ = ready > 0 ? 1 : std::min(quietMilliseconds_, INT_MAX / 2) * 2;
 }
 
 int NetworkThread::prepareToSleep() {
@@ -183,6 +196,7 @@ void NetworkThread::launch(const std::shared_ptr<DataTask>& task) {
     DataTask::Transit& transit = task->transit;
     const URLRequest& request = task->nextRequest();
     transit.stage = DataTask::Stage::onWire;
+    if (request.url().scheme() == "https") ++secureOnWire_;
     transit.exchange = transit.session->takeExchange();
     const auto& login = transit.loginOrigin == request.url().origin() ? transit.login : std::nullopt;
     if (!transit.exchange->prepare(request, login, task->idleSeconds(), *task) ||
@@ -220,6 +234,8 @@ void NetworkThread::leave(const std::shared_ptr<DataTask>& task) {
         session->slots.withdraw(origin, task);
         return;
     }
+    if (task->nextRequest().url().scheme() == "https") --secureOnWire_;
+    quietMilliseconds_ = 1;
     curl_multi_remove_handle(multi_, transit.exchange->handle());
     transit.exchange->clear();
     session->putBack(std::exchange(transit.exchange, nullptr));

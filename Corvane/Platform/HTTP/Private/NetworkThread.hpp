@@ -48,8 +48,10 @@ class NetworkThread final : public ClockClient {
     void takeSubmissions();
     void expire();
     void reap();
+    void perform();
     /// Milliseconds to sleep, and that we do.
     int prepareToSleep();
+    void sleep(int milliseconds);
 
     void begin(const std::shared_ptr<DataTask>& task);
     void launch(const std::shared_ptr<DataTask>& task);
@@ -64,6 +66,12 @@ class NetworkThread final : public ClockClient {
     CURLM* const multi_;
     /// Whether handles were added that libcurl has not seen yet.
     bool hasNews_ = false;
+    /// libcurl 7.88 loses wake-ups of HTTP/2: data that one stream's handle reads from the socket for another is
+    /// announced by a timer, which curl_multi_perform throws away when that other handle had its turn before; the
+    /// socket is silent then. So, while there may be such streams, we look again after a quiet millisecond, two,
+    /// four... in real time: a lost wake-up delays a stream at most by as long as the wire was quiet before.
+    std::size_t secureOnWire_ = 0;
+    int quietMilliseconds_ = 1;
     std::vector<Submission> batch_;
 
     mutable std::mutex mutex_;
