@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 #include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
@@ -69,6 +70,8 @@ std::optional<std::size_t> ResponseHead::contentLength() const noexcept {
     if (!text || value("Content-Encoding")) return std::nullopt;
     std::size_t length = 0;
     const auto read = std::from_chars(text->data(), text->data() + text->size(), length);
+    // More than a number holds is certainly too much; libcurl would ignore the field and wait for the end.
+    if (read.ec == std::errc::result_out_of_range) return std::numeric_limits<std::size_t>::max();
     if (read.ec != std::errc{}) return std::nullopt;
     return length;
 }
