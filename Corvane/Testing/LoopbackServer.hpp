@@ -63,8 +63,8 @@ class CORVANE_EXPORT LoopbackServer {
     void route(std::string method, std::string path, Handler handler);
     void route(std::string method, std::string path, LoopbackResponse response);
 
-    /// The next connections, in this order, answer their first request with a fault, whatever its route says;
-    /// a reset before the headers and an orderly close come as soon as the connection is accepted.
+    /// The next connections, in this order, answer their first request with a fault, whatever its route says; a reset
+    /// or a close before the headers comes with the first bytes of the request, in the middle of a large one.
     void failNextConnection(LoopbackFault fault);
 
     /// Closes the listening socket, so that new connections are refused by the kernel, and opens it again.

@@ -89,6 +89,7 @@ TEST(LoopbackFault, StrikesTheNextConnectionsInOrder) {
     server.failNextConnection(LoopbackFault::strayInformational);
 
     RawClient first(server.port());
+    first.send("G");
     EXPECT_EQ(first.receiveAll(), "");
     EXPECT_TRUE(first.wasReset());
     RawClient second(server.port());

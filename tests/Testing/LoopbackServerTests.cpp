@@ -136,6 +136,7 @@ TEST(LoopbackServer, RefusesWhatIsNoRequest) {
         int status;
     } cases[] = {
         {"nonsense\r\n\r\n", 400},
+        {"\x16\x03\x01 as TLS begins", 400},
         {"GET /\r\n\r\n", 400},
         {"GET  / HTTP/1.1\r\nHost: h\r\n\r\n", 400},
         {"G(T / HTTP/1.1\r\nHost: h\r\n\r\n", 400},

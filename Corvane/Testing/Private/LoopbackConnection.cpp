@@ -12,11 +12,7 @@ using Ending = LoopbackScript::Ending;
 
 LoopbackConnection::LoopbackConnection(FileDescriptor socket, std::uint64_t number, LoopbackFault firstFault,
                                        Host& host)
-    : socket_(std::move(socket)), number_(number), firstFault_(firstFault), host_(host) {
-    if (firstFault_ == LoopbackFault::resetBeforeHeaders || firstFault_ == LoopbackFault::closeBeforeHeaders) {
-        play(scriptOf({.fault = firstFault_}, {}));
-    }
-}
+    : socket_(std::move(socket)), number_(number), firstFault_(firstFault), host_(host) {}
 
 std::uint32_t LoopbackConnection::interest() const noexcept {
     const bool hasOutput = !output_.empty() || ending_ == Ending::endlessHeaders;
@@ -38,6 +34,10 @@ void LoopbackConnection::becameReadable() {
         return;
     }
     if (isLingering_) return;
+    if (firstFault_ == LoopbackFault::resetBeforeHeaders || firstFault_ == LoopbackFault::closeBeforeHeaders) {
+        play(scriptOf({.fault = firstFault_}, {}));
+        return;
+    }
     parser_.append({bytes, static_cast<std::size_t>(count)});
     readRequests();
 }

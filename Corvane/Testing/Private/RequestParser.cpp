@@ -55,6 +55,9 @@ bool RequestParser::readHead() {
     // Empty lines before a request are skipped (RFC 9112, 2.2).
     while (buffer_.starts_with("\r\n"))
         buffer_.erase(0, 2);
+    // What begins like no method gets no further chance: a TLS handshake would wait for our answer as we for its end.
+    const std::string_view start = std::string_view(buffer_).substr(0, 1);
+    if (!start.empty() && start != "\r" && !http::isToken(start)) return reject(400);
     const std::size_t end = buffer_.find("\r\n\r\n");
     if (std::min(end, buffer_.size()) > maximumHead) return reject(431);
     if (end == std::string::npos) return false;
