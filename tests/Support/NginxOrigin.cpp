@@ -106,6 +106,11 @@ void NginxOrigin::serve(const std::string& name, std::string_view content) const
     ::utimensat(AT_FDCWD, file.c_str(), times, 0);
 }
 
+void NginxOrigin::serveZeros(const std::string& name, std::size_t size) const {
+    serve(name, "");
+    std::filesystem::resize_file(folder_ / "www" / "plain" / name, size);
+}
+
 bool NginxOrigin::makeCertificates() {
     return runOpenssl({"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes", "-days",
                        "30", "-subj", "/CN=Test authority", "-addext", "keyUsage=keyCertSign", "-keyout", "ca.key",

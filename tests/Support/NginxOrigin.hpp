@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -38,6 +39,9 @@ class NginxOrigin {
 
     /// Serves `content` at "/plain/NAME" as it is, and at "/gzip/NAME" compressed for who accepts that.
     void serve(const std::string& name, std::string_view content) const;
+
+    /// The same with that many zero bytes, which take no space on the disk.
+    void serveZeros(const std::string& name, std::size_t size) const;
 
     [[nodiscard]] std::string url(Endpoint endpoint, std::string_view path, std::string_view host = "127.0.0.1") const;
 

@@ -1,0 +1,121 @@
+#include <string>
+
+#include "FaultFixture.hpp"
+
+namespace corvane {
+namespace {
+
+using testing::LoopbackFault;
+using testing::LoopbackRequest;
+using testing::LoopbackResponse;
+using testing::LoopbackServer;
+
+using RedirectFault = FaultTest;
+
+TEST_F(RedirectFault, EndsInOneCompletionWithItsCode) {
+    server.route("GET", "/endless/*",
+                 [](const LoopbackRequest& request) { return LoopbackResponse::redirect(request.target + 'x'); });
+
+    const struct {
+        const char* location;
+        URLError code;
+    } cases[] = {
+        {"/loop", URLError::httpTooManyRedirects},
+        {"/endless/", URLError::httpTooManyRedirects},
+        {"ftp://127.0.0.1/x", URLError::unsupportedURL},
+        {"file:///etc/hostname", URLError::unsupportedURL},
+        {"http://", URLError::redirectToNonExistentLocation},
+        {"http://127.0.0.1:99999/", URLError::redirectToNonExistentLocation},
+        {"http://127.0.0.1:1/", URLError::cannotConnectToHost},
+    };
+
+    for (const auto& [location, code] : cases) {
+        server.route("GET", "/loop", LoopbackResponse::redirect(location));
+        const Completion completion = loadOne(request("/loop"));
+        EXPECT_TRUE(completion.error == code) << location << ": " << completion.code();
+        EXPECT_FALSE(completion.data);
+    }
+}
+
+TEST_F(RedirectFault, TwentyAreFollowedAndNoMore) {
+    server.route("GET", "/*", [](const LoopbackRequest& request) {
+        const int left = std::stoi(request.target.substr(1));
+        return left == 0 ? LoopbackResponse::json("there") : LoopbackResponse::redirect('/' + std::to_string(left - 1));
+    });
+    EXPECT_EQ(loadOne(request("/20")).body(), "there");
+    EXPECT_TRUE(loadOne(request("/21")).error == URLError::httpTooManyRedirects);
+    EXPECT_EQ(server.connectionsAccepted(), 1U);
+}
+
+TEST_F(RedirectFault, TheMethodChangesAsTheStatusSays) {
+    server.route("*", "/there", [](const LoopbackRequest& request) {
+        return LoopbackResponse::json(request.method + ' ' + request.body);
+    });
+
+    const struct {
+        int status;
+        const char* method;
+        const char* arrives;
+    } cases[] = {
+        {301, "POST", "GET "},      {302, "POST", "GET "},        {303, "POST", "GET "},
+        {303, "PUT", "GET "},       {301, "PUT", "PUT body"},     {302, "DELETE", "DELETE body"},
+        {307, "POST", "POST body"}, {308, "PATCH", "PATCH body"},
+    };
+
+    for (const auto& [status, method, arrives] : cases) {
+        server.route("*", "/from", LoopbackResponse::redirect("/there", status));
+        URLRequest asked = request("/from");
+        asked.setHttpMethod(method);
+        asked.setHttpBody(Data(std::string_view("body")));
+        asked.setValue("text/plain", "Content-Type");
+        EXPECT_EQ(loadOne(asked).body(), arrives) << status << ' ' << method;
+        const bool hasBody = std::string_view(arrives).ends_with("body");
+        EXPECT_EQ(server.requests().back().header("Content-Type").has_value(), hasBody) << status << ' ' << method;
+    }
+}
+
+TEST_F(RedirectFault, CredentialsStayWithTheirHost) {
+    LoopbackServer other;
+    other.route("GET", "/there", LoopbackResponse::json("there").with("Set-Cookie", "other=1"));
+    server.route("GET", "/there", LoopbackResponse::json("there"));
+    server.route("GET", "/home", LoopbackResponse::redirect("/there"));
+    server.route("GET", "/away", LoopbackResponse::redirect(other.url("/there")));
+    server.route("GET", "/alias", LoopbackResponse::redirect(server.url("/there", "localhost")));
+    server.route("GET", "/set", LoopbackResponse::json("").with("Set-Cookie", "session=secret"));
+
+    useConfiguration(URLSessionConfiguration::defaultConfiguration());
+    loadOne(request("/set"));
+    for (const char* const target : {"/home", "/away", "/alias"}) {
+        URLRequest asked = request(target);
+        asked.setValue("Bearer secret", "Authorization");
+        asked.setValue("kept", "X-Other");
+        EXPECT_EQ(loadOne(asked).body(), "there") << target;
+    }
+    const LoopbackRequest away = other.requests().back();
+    const LoopbackRequest alias = server.requests().back();
+    for (const LoopbackRequest& stranger : {away, alias}) {
+        EXPECT_EQ(stranger.header("X-Other"), "kept");
+        EXPECT_EQ(stranger.header("Authorization"), std::nullopt);
+    }
+    EXPECT_EQ(alias.header("Cookie"), std::nullopt);
+    EXPECT_EQ(alias.header("Host"), "localhost:" + std::to_string(server.port()));
+    for (const LoopbackRequest& request : server.requests()) {
+        if (request.target == "/there" && request.header("Host")->starts_with("127.")) {
+            EXPECT_EQ(request.header("Authorization"), "Bearer secret");
+            EXPECT_EQ(request.header("Cookie"), "session=secret");
+        }
+    }
+}
+
+TEST_F(RedirectFault, ItsBodyIsNotTheResponse) {
+    server.route("GET", "/there", LoopbackResponse::json("there"));
+    for (const LoopbackFault fault : {LoopbackFault::none, LoopbackFault::truncatedBody, LoopbackFault::brokenGzip}) {
+        LoopbackResponse redirect = LoopbackResponse::redirect("/there").with(fault);
+        redirect.body = std::string(1'000'000, 'r');
+        server.route("GET", "/from", redirect);
+        EXPECT_EQ(loadOne(request("/from")).body(), "there") << static_cast<int>(fault);
+    }
+}
+
+}  // namespace
+}  // namespace corvane

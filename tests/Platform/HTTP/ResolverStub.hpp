@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+
+/// Replaces name look-ups of this program (getaddrinfo) for hosts under ".test": "missing.test" is not found at once,
+/// "hanging.test" hangs for as long as this object lives. All other names are looked up as ever.
+class ResolverStub {
+  public:
+    ResolverStub();
+
+    /// Lets the look-ups go that hang, all of which fail, and waits until they have left.
+    ~ResolverStub();
+    ResolverStub(const ResolverStub&) = delete;
+    ResolverStub& operator=(const ResolverStub&) = delete;
+
+    /// Blocks until so many look-ups hang.
+    void waitForHangingLookups(std::size_t count) const;
+};
