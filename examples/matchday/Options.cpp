@@ -96,7 +96,9 @@ std::expected<Options, std::string> Options::parse(int argc, char** argv) {
                 failure = fmt::format("{} needs a value", argv[optind - 1]);
                 break;
             default:
-                failure = fmt::format("unknown option {}", argv[optind - 1]);
+                // A letter may stand among others in one argument; a word is an argument of its own.
+                failure = optopt != 0 ? fmt::format("unknown option -{}", static_cast<char>(optopt))
+                                      : fmt::format("unknown option {}", argv[optind - 1]);
                 break;
         }
     }
