@@ -41,8 +41,7 @@ class Atomic {
     template <class Body>
         requires std::is_invocable_v<Body, T&>
     std::invoke_result_t<Body, T&> mutate(Body&& body) {
-        static_assert(!std::is_reference_v<std::invoke_result_t<Body, T&>>,
-                      "nothing of the value leaves the lock");
+        static_assert(!std::is_reference_v<std::invoke_result_t<Body, T&>>, "nothing of the value leaves the lock");
         const std::lock_guard guard(lock_);
         return std::forward<Body>(body)(value_);
     }

@@ -32,7 +32,7 @@ class CORVANE_EXPORT ErrorFromString {
 };
 
 /// Makes an error from a message and the place of the call.
-[[nodiscard]] CORVANE_EXPORT ErrorFromString
-errorFromString(std::string value, SourceFileContext context = SourceFileContext::current());
+[[nodiscard]] CORVANE_EXPORT ErrorFromString errorFromString(std::string value,
+                                                             SourceFileContext context = SourceFileContext::current());
 
 }  // namespace corvane

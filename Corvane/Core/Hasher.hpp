@@ -17,8 +17,7 @@ namespace corvane {
 class CORVANE_EXPORT Hasher {
   public:
     explicit constexpr Hasher(std::uint64_t seed = 0) noexcept
-        : state_{seed ^ 0x736f6d6570736575, 0x646f72616e646f6d, seed ^ 0x6c7967656e657261,
-                 0x7465646279746573} {}
+        : state_{seed ^ 0x736f6d6570736575, 0x646f72616e646f6d, seed ^ 0x6c7967656e657261, 0x7465646279746573} {}
 
     /// Feeds `text` and its terminator.
     void combine(std::string_view text) noexcept;

@@ -22,8 +22,7 @@ class CORVANE_EXPORT UnfairLock {
 
     [[nodiscard]] bool try_lock() noexcept {  // the name that the standard's Lockable requires
         std::uint32_t expected = unlocked;
-        return state_.compare_exchange_strong(expected, locked, std::memory_order_acquire,
-                                              std::memory_order_relaxed);
+        return state_.compare_exchange_strong(expected, locked, std::memory_order_acquire, std::memory_order_relaxed);
     }
 
     void unlock() noexcept {

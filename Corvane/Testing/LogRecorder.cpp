@@ -15,8 +15,8 @@ class LogRecorder::Sink final : public LogSink {
         {
             const std::lock_guard guard(mutex_);
             entries_.push_back({entry.level, std::string(entry.subsystem), std::string(entry.category),
-                                std::string(entry.message), entry.time, entry.location,
-                                std::this_thread::get_id(), Thread::isMainThread()});
+                                std::string(entry.message), entry.time, entry.location, std::this_thread::get_id(),
+                                Thread::isMainThread()});
         }
         recorded_.notify_all();
     }
@@ -43,9 +43,7 @@ class LogRecorder::Sink final : public LogSink {
 };
 
 LogRecorder::LogRecorder(LogLevel level)
-    : sink_(std::make_shared<Sink>()),
-      formerSink_(Logging::setSink(sink_)),
-      formerLevel_(Logging::setLevel(level)) {}
+    : sink_(std::make_shared<Sink>()), formerSink_(Logging::setSink(sink_)), formerLevel_(Logging::setLevel(level)) {}
 
 LogRecorder::~LogRecorder() {
     Logging::setLevel(formerLevel_);

@@ -49,8 +49,7 @@ class CORVANE_EXPORT LogRecorder {
     [[nodiscard]] std::vector<Entry> entries() const;
 
     /// The messages alone, of all categories or of one.
-    [[nodiscard]] std::vector<std::string> messages(
-        std::optional<std::string_view> category = std::nullopt) const;
+    [[nodiscard]] std::vector<std::string> messages(std::optional<std::string_view> category = std::nullopt) const;
 
     void clear();
 

@@ -10,8 +10,8 @@ namespace corvane {
 namespace {
 
 bool isIdentifier(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-           c == '$' || static_cast<unsigned char>(c) >= 0x80;
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$' ||
+           static_cast<unsigned char>(c) >= 0x80;
 }
 
 /// Reads one signature from left to right, remembering the innermost function met so far.
@@ -95,8 +95,7 @@ class SignatureReader {
         const std::size_t start = at_;
         if (!skipBrackets()) return false;
         const std::string_view inside = text_.substr(start + 1, at_ - start - 2);
-        if (inside.starts_with("anonymous") || inside.starts_with("unnamed") ||
-            inside.starts_with("lambda")) {
+        if (inside.starts_with("anonymous") || inside.starts_with("unnamed") || inside.starts_with("lambda")) {
             noteScope(inside);
         } else {
             // A function that gives a pointer to a function or array is declared inside out.
@@ -136,8 +135,7 @@ class SignatureReader {
             "<=>", "<<=", ">>=", "->*", "()", "[]", "<<", ">>", "<=", ">=", "==", "!=", "&&",
             "||",  "++",  "--",  "+=",  "-=", "*=", "/=", "%=", "^=", "&=", "|=", "->", "<",
             ">",   "+",   "-",   "*",   "/",  "%",  "^",  "&",  "|",  "~",  "!",  "=",  ","};
-        const auto* const found =
-            std::ranges::find_if(longestFirst, [&](auto symbol) { return startsWith(symbol); });
+        const auto* const found = std::ranges::find_if(longestFirst, [&](auto symbol) { return startsWith(symbol); });
         return found != longestFirst.end() ? *found : std::string_view();
     }
 
