@@ -26,6 +26,12 @@ using testing::VirtualClock;
 
 constexpr SourceFileContext site("/app/Scores/Loader.cpp", "load()", 42);
 
+/// The message without its mention of `site`, which has to be there.
+std::string withoutSite(std::string message) {
+    constexpr std::string_view mention = " dispatched from: load(), in Loader.cpp, at line: 42";
+    return message.erase(message.find(mention), mention.size());
+}
+
 /// Runs `body` on a thread of its own while this one, the main thread, serves the main queue.
 void besideTheMainLoop(const std::function<void()>& body) {
     bool done = false;
@@ -90,7 +96,7 @@ TEST(ConvenientDispatch, RunsLaterOnItsQueueAndLogsTheCallRightBefore) {
 
         const auto entries = log.entries();
         ASSERT_EQ(entries.size(), 1U) << line;
-        EXPECT_EQ(entries[0].message, std::string(line) + " dispatched from: load(), in Loader.cpp, at line: 42");
+        EXPECT_EQ(withoutSite(entries[0].message), line);
         EXPECT_EQ(entries[0].level, LogLevel::debug);
         EXPECT_EQ(entries[0].thread, ranOn[0]) << line;
     }
@@ -118,23 +124,15 @@ TEST(ConvenientDispatch, RunsDirectlyAndSilentlyOnTheMainThread) {
     EXPECT_THAT(log.messages(), IsEmpty());
 }
 
-TEST(ConvenientDispatch, HopsToTheMainThreadFromAnother) {
+TEST(ConvenientDispatch, HopsToTheMainThreadAndPassesOnWhatComesBack) {
     const auto mainThread = std::this_thread::get_id();
     const LogRecorder log;
-    std::thread::id performedOn;
-    besideTheMainLoop([&] { performOnMain([&] { performedOn = std::this_thread::get_id(); }, site); });
-    EXPECT_EQ(performedOn, mainThread);
-    EXPECT_THAT(log.messages(), ElementsAre("performOnMain() dispatched from: load(), in Loader.cpp, at line: 42"));
-}
-
-TEST(ConvenientDispatch, WaitsForTheMainThreadAndPassesOnWhatComesBack) {
-    const auto mainThread = std::this_thread::get_id();
-    const LogRecorder log;
-    std::thread::id caller, ranOn, returnedOn;
+    std::thread::id caller, performedOn, ranOn, returnedOn;
     std::expected<int, std::string> failure;
     std::string thrown;
     besideTheMainLoop([&] {
         caller = std::this_thread::get_id();
+        performOnMain([&] { performedOn = std::this_thread::get_id(); }, site);
         syncOnMain([&] { ranOn = std::this_thread::get_id(); }, site);
         returnedOn = syncOnMain([] { return std::this_thread::get_id(); }, site);
         failure = syncOnMain([]() -> std::expected<int, std::string> { return std::unexpected("no"); }, site);
@@ -144,56 +142,20 @@ TEST(ConvenientDispatch, WaitsForTheMainThreadAndPassesOnWhatComesBack) {
             thrown = error.what();
         }
     });
+    EXPECT_EQ(performedOn, mainThread);
     EXPECT_EQ(ranOn, mainThread);
     EXPECT_EQ(returnedOn, mainThread);
     EXPECT_EQ(failure, std::unexpected("no"));
     EXPECT_EQ(thrown, "failed");
 
-    const auto entries = log.entries();
-    ASSERT_EQ(entries.size(), 8U);
-    for (std::size_t index = 0; index < entries.size(); index += 2) {
-        const std::string line = std::string(index == 0 ? "syncOnMain()" : "syncOnMain() -> T") +
-                                 " dispatched from: load(), in Loader.cpp, at line: 42 is ";
-        EXPECT_EQ(entries[index].message, line + "waiting");
-        EXPECT_EQ(entries[index].thread, caller);
-        EXPECT_EQ(entries[index + 1].message, line + "running");
-        EXPECT_EQ(entries[index + 1].thread, mainThread);
+    std::vector<std::string> onCaller, onMain;
+    for (const auto& entry : log.entries()) {
+        (entry.thread == caller ? onCaller : onMain).push_back(withoutSite(entry.message));
     }
-}
-
-TEST(ConvenientDispatch, IsSilentWhileItsLevelIsOff) {
-    VirtualClock clock;
-    const LogRecorder log(LogLevel::info);
-    bool ran = false;
-    asyncOnMain(1, [&] { ran = true; });
-    clock.advance(1);
-    EXPECT_TRUE(ran);
-    EXPECT_THAT(log.messages(), IsEmpty());
-}
-
-TEST(ConvenientDispatch, MovesItsCallbackAndDestroysItWhereItRan) {
-    VirtualClock clock;
-
-    struct Witness {
-        std::thread::id* endedOn;
-
-        explicit Witness(std::thread::id* where) : endedOn(where) {}
-
-        Witness(Witness&& other) noexcept : endedOn(std::exchange(other.endedOn, nullptr)) {}
-
-        Witness(const Witness&) = delete;
-        Witness& operator=(const Witness&) = delete;
-
-        ~Witness() {
-            if (endedOn != nullptr) *endedOn = std::this_thread::get_id();
-        }
-    };
-
-    std::thread::id ranOn, endedOn;
-    asyncOnGlobal({QoSClass::default_}, [&ranOn, witness = Witness(&endedOn)] { ranOn = std::this_thread::get_id(); });
-    clock.settle();
-    EXPECT_NE(ranOn, std::thread::id());
-    EXPECT_EQ(endedOn, ranOn);
+    constexpr auto waiting = "syncOnMain() -> T is waiting";
+    constexpr auto running = "syncOnMain() -> T is running";
+    EXPECT_THAT(onCaller, ElementsAre("syncOnMain() is waiting", waiting, waiting, waiting));
+    EXPECT_THAT(onMain, ElementsAre("performOnMain()", "syncOnMain() is running", running, running, running));
 }
 
 }  // namespace corvane

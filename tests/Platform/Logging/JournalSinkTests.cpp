@@ -6,10 +6,8 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <map>
 #include <source_location>
 #include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -44,8 +42,8 @@ class FakeJournal {
         listen();
     }
 
-    /// The fields of the next entry.
-    std::map<std::string, std::string> receive() {
+    /// The bytes of the next entry.
+    std::string receive() {
         std::string bytes(1 << 20, '\0');
         ::iovec content{bytes.data(), bytes.size()};
         alignas(::cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
@@ -66,7 +64,7 @@ class FakeJournal {
             EXPECT_LT(::ftruncate(file, 0), 0) << "the journal takes sealed files only";
             ::close(file);
         }
-        return parse(bytes);
+        return bytes;
     }
 
   private:
@@ -76,25 +74,6 @@ class FakeJournal {
         address.sun_family = AF_UNIX;
         path().copy(address.sun_path, sizeof(address.sun_path) - 1);
         EXPECT_EQ(::bind(socket_, reinterpret_cast<const ::sockaddr*>(&address), sizeof(address)), 0);
-    }
-
-    static std::map<std::string, std::string> parse(std::string_view bytes) {
-        std::map<std::string, std::string> fields;
-        while (!bytes.empty()) {
-            const auto nameEnd = bytes.find_first_of("=\n");
-            const std::string name(bytes.substr(0, nameEnd));
-            const bool framed = bytes[nameEnd] == '\n';
-            bytes.remove_prefix(nameEnd + 1);
-            std::uint64_t size = bytes.find('\n');
-            if (framed) {
-                std::memcpy(&size, bytes.data(), sizeof(size));  // both ends are this machine
-                bytes.remove_prefix(sizeof(size));
-            }
-            EXPECT_EQ(bytes.at(size), '\n');
-            EXPECT_TRUE(fields.emplace(name, bytes.substr(0, size)).second) << name;
-            bytes.remove_prefix(size + 1);
-        }
-        return fields;
     }
 
     std::string folder_;
@@ -108,21 +87,15 @@ TEST(JournalSink, SendsStructuredFields) {
     const auto sink = JournalSink::open(journal.path());
     ASSERT_TRUE(sink);
     const auto here = std::source_location::current();
+    const std::string identifier = std::string("SYSLOG_IDENTIFIER=") + program_invocation_short_name + "\n";
     (*sink)->write({LogLevel::error, "Corvane", "Command", "a = b", {}, here});
-    auto fields = journal.receive();
-    EXPECT_EQ(fields["MESSAGE"], "a = b");
-    EXPECT_EQ(fields["PRIORITY"], "3");
-    EXPECT_EQ(fields["SUBSYSTEM"], "Corvane");
-    EXPECT_EQ(fields["CATEGORY"], "Command");
-    EXPECT_EQ(fields["SYSLOG_IDENTIFIER"], program_invocation_short_name);
-    EXPECT_EQ(fields["CODE_FILE"], here.file_name());
-    EXPECT_EQ(fields["CODE_FUNC"], here.function_name());
-    EXPECT_EQ(fields["CODE_LINE"], std::to_string(here.line()));
+    EXPECT_EQ(journal.receive(), "MESSAGE=a = b\nPRIORITY=3\nSUBSYSTEM=Corvane\nCATEGORY=Command\n" + identifier +
+                                     "CODE_FILE=" + here.file_name() + "\nCODE_FUNC=" + here.function_name() +
+                                     "\nCODE_LINE=" + std::to_string(here.line()) + "\n");
 
+    journal.restart();
     (*sink)->write({LogLevel::debug, {}, {}, {}, {}, {}});
-    fields = journal.receive();
-    EXPECT_EQ(fields["PRIORITY"], "7");
-    EXPECT_FALSE(fields.contains("CODE_FILE"));
+    EXPECT_EQ(journal.receive(), "MESSAGE=\nPRIORITY=7\nSUBSYSTEM=\nCATEGORY=\n" + identifier);
 }
 
 TEST(JournalSink, CarriesAnyContentAndSize) {
@@ -130,21 +103,13 @@ TEST(JournalSink, CarriesAnyContentAndSize) {
     const auto sink = JournalSink::open(journal.path());
     ASSERT_TRUE(sink);
     const std::string binary("one\ntwo=3\n\0\xff\n", 14);
-    for (const std::string& message : {binary, std::string(100'000, 'x'), std::string(8'000'000, '\n')}) {
+    for (const std::string& message : {binary, std::string(100'000, '\n'), std::string(8'000'000, '\n')}) {
         (*sink)->write({LogLevel::info, "s", "c", message, {}, {}});
-        const auto fields = journal.receive();
-        EXPECT_TRUE(fields.at("MESSAGE") == message) << message.size();
-        EXPECT_EQ(fields.at("CATEGORY"), "c");
+        std::string size(8, '\0');
+        for (std::size_t byte = 0; byte < 8; ++byte)
+            size[byte] = static_cast<char>(message.size() >> (8 * byte));
+        EXPECT_TRUE(journal.receive().starts_with("MESSAGE\n" + size + message + "\nPRIORITY=6\n")) << message.size();
     }
-}
-
-TEST(JournalSink, OutlivesTheJournalsRestart) {
-    FakeJournal journal;
-    const auto sink = JournalSink::open(journal.path());
-    ASSERT_TRUE(sink);
-    journal.restart();
-    (*sink)->write({LogLevel::info, "s", "c", "again", {}, {}});
-    EXPECT_EQ(journal.receive().at("MESSAGE"), "again");
 }
 
 TEST(JournalSink, IsNotMadeWhereNobodyListens) {
