@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -65,7 +66,7 @@ std::string_view priority(LogLevel level) noexcept {
 
 PlatformError lastError() {
     const int code = errno;
-    return {"POSIXErrorDomain", code, std::strerror(code)};
+    return {"POSIXErrorDomain", code, std::generic_category().message(code)};
 }
 
 ssize_t send(int descriptor, ::msghdr& message) noexcept {
@@ -129,7 +130,7 @@ std::expected<std::shared_ptr<JournalSink>, PlatformError> JournalSink::open(std
     }
     ::sockaddr nobody{};
     nobody.sa_family = AF_UNSPEC;
-    ::connect(descriptor, &nobody, sizeof(nobody));
+    static_cast<void>(::connect(descriptor, &nobody, sizeof(nobody)));
     return sink;
 }
 

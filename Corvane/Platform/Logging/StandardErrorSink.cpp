@@ -83,7 +83,7 @@ void appendText(Line& line, std::string_view text) {
         std::size_t plain = 0;
         while (plain < text.size() && isPlain(text[plain]))
             ++plain;
-        line.append(text.data(), text.data() + plain);
+        line.append(text.substr(0, plain));
         text.remove_prefix(plain);
         if (text.empty()) break;
         if (text.front() == '\n') {
