@@ -67,8 +67,8 @@ BENCHMARK(QtMutex)->Threads(1)->Threads(2)->UseRealTime();
 
 int main(int argc, char** argv) {
     return runBenchmarks(argc, argv,
-                         {{"AtomicMutate/real_time/threads:1", "StdMutex/real_time/threads:1", "", 0.5},
-                          {"AtomicMutate/real_time/threads:2", "StdMutex/real_time/threads:2", "", 0.75},
+                         {{"AtomicMutate/real_time/threads:1", "StdMutex/real_time/threads:1", "", 1.0},
+                          {"AtomicMutate/real_time/threads:2", "StdMutex/real_time/threads:2", "", 1.0},
                           {"AtomicMutate/real_time/threads:1", "QtMutex/real_time/threads:1", "", 1.0},
                           {"AtomicMutate/real_time/threads:2", "QtMutex/real_time/threads:2", "", 1.0}});
 }

@@ -56,7 +56,8 @@ class NullLogging {
     corvane::LogLevel level_;
 };
 
-void log(const corvane::Logger& logger) {
+/// Stands for a statement in the code that logs, so it is no call of its own.
+[[gnu::always_inline]] inline void log(const corvane::Logger& logger) {
     logFormatted(logger, corvane::LogLevel::info, std::source_location::current(),
                  FMT_COMPILE("fetch {} of {} {} took {:.2f} ms"), message.done, message.all, message.url,
                  message.milliseconds);
