@@ -1,0 +1,122 @@
+// HTTP/1.1 GETs on kept connections against nginx on 127.0.0.1, one worker. Every client gathers the whole body.
+// One request at a time is to be pinned to one CPU, or it measures nothing but wake-ups across CPUs:
+//
+//     taskset -c 0 HTTPBenchmarks --benchmark_filter='Get|Conditional'
+//     HTTPBenchmarks --benchmark_filter='Many|Memory'
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "CorvaneClient.hpp"
+#include "CurlClients.hpp"
+#include "QtClient.hpp"
+#include "RawClients.hpp"
+#include "benchmarks/Goals.hpp"
+
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+double microseconds(SteadyClock::duration time) {
+    return std::chrono::duration<double, std::micro>(time).count();
+}
+
+/// Measures `ask` once an iteration: percentiles, and CPU of the client per thousand.
+template <class Ask>
+void measureEach(benchmark::State& state, Ask ask) {
+    for (int i = 0; i < 20; ++i)
+        ask();
+    std::vector<double> times;
+    const double cpu = cpuSeconds();
+    for (auto iteration : state) {
+        const auto start = SteadyClock::now();
+        ask();
+        times.push_back(microseconds(SteadyClock::now() - start));
+    }
+    state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / static_cast<double>(times.size());
+    std::ranges::sort(times);
+    state.counters["p50_us"] = times[times.size() / 2];
+    state.counters["p99_us"] = times[times.size() * 99 / 100];
+}
+
+template <class Client>
+void Get(benchmark::State& state) {
+    Client client;
+    const auto document = static_cast<std::size_t>(state.range(0));
+    measureEach(state, [&] { require(client.get(document) == documentSizes.at(document), "whole body"); });
+}
+
+template <class Client>
+void Conditional(benchmark::State& state) {
+    Client client;
+    measureEach(state, [&] { require(client.getConditionally() == 304, "status 304"); });
+}
+
+template <class Client>
+void Many(benchmark::State& state) {
+    Client client;
+    const auto document = static_cast<std::size_t>(state.range(0));
+    const std::size_t total = document == 0 ? 6400 : 1280;
+    client.getMany(document, 640);
+    const double cpu = cpuSeconds();
+    const auto start = SteadyClock::now();
+    for (auto iteration : state)
+        client.getMany(document, total);
+    const double requests = static_cast<double>(total) * static_cast<double>(state.iterations());
+    state.counters["per_s"] = requests * 1e6 / microseconds(SteadyClock::now() - start);
+    state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / requests;
+}
+
+template <class Client>
+void registerOneAtATime(const std::string& name) {
+    benchmark::RegisterBenchmark((name + "/Get2k").c_str(), Get<Client>)->Arg(0)->Iterations(3000)->UseRealTime();
+    benchmark::RegisterBenchmark((name + "/Get200k").c_str(), Get<Client>)->Arg(1)->Iterations(600)->UseRealTime();
+    benchmark::RegisterBenchmark((name + "/Conditional").c_str(), Conditional<Client>)->Iterations(3000)->UseRealTime();
+}
+
+template <class Client>
+void registerMany(const std::string& name) {
+    benchmark::RegisterBenchmark((name + "/Many2k").c_str(), Many<Client>)->Arg(0)->Iterations(2)->UseRealTime();
+    benchmark::RegisterBenchmark((name + "/Many200k").c_str(), Many<Client>)->Arg(1)->Iterations(2)->UseRealTime();
+}
+
+const std::string get2k = "/Get2k/0/iterations:3000/real_time";
+const std::string get200k = "/Get200k/1/iterations:600/real_time";
+const std::string conditional = "/Conditional/iterations:3000/real_time";
+const std::string many2k = "/Many2k/0/iterations:2/real_time";
+const std::string many200k = "/Many200k/1/iterations:2/real_time";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    require(origin().failure().empty(), origin().failure().c_str());
+    origin().serve("2k.json", std::string(documentSizes[0], ' '));
+    origin().serve("200k.json", std::string(documentSizes[1], ' '));
+    curl_global_init(CURL_GLOBAL_ALL);
+
+    registerOneAtATime<RawClient>("Raw");
+    registerOneAtATime<CurlEasy>("CurlEasy");
+    registerOneAtATime<CurlEasy512k>("CurlEasy512k");
+    registerOneAtATime<CorvaneClient>("Corvane");
+    registerMany<RawEpoll>("Raw");
+    registerMany<CurlMultiPoll>("CurlMultiPoll");
+    registerMany<CorvaneClient>("Corvane");
+#if CORVANE_PEER_QT
+    const QCoreApplication application(argc, argv);
+    registerOneAtATime<QtClient>("Qt");
+    registerMany<QtClient>("Qt");
+#endif
+    return runBenchmarks(argc, argv,
+                         {{"Corvane" + get2k, "CurlEasy" + get2k, "p50_us", 1.15},
+                          {"Corvane" + get200k, "CurlEasy" + get200k, "p50_us", 0.75},
+                          {"Corvane" + conditional, "CurlEasy" + conditional, "p50_us", 1.1},
+                          {"Corvane" + many2k, "CurlMultiPoll" + many2k, "per_s", 0.9, true},
+                          {"Corvane" + many200k, "CurlMultiPoll" + many200k, "per_s", 0.9, true},
+                          {"Corvane" + many2k, "CurlMultiPoll" + many2k, "cpu_ms_per_1k", 1.15},
+                          {"Corvane" + many200k, "CurlMultiPoll" + many200k, "cpu_ms_per_1k", 1.15},
+                          {"Corvane" + many2k, "Qt" + many2k, "per_s", 8, true},
+                          {"Corvane" + many200k, "Qt" + many200k, "per_s", 8, true}});
+}
