@@ -53,6 +53,19 @@ TEST(AnyError, GivesTheErrorBackByItsExactType) {
     EXPECT_EQ(error.description(), "talking");  // NOLINT(bugprone-use-after-move)
 }
 
+TEST(AnyError, StandsInAnErrorThatCanItselfBeOne) {
+    struct Outcome {
+        explicit Outcome(AnyError reason) : cause(std::move(reason)) {}
+
+        [[nodiscard]] std::string description() const { return "because " + cause.description(); }
+
+        AnyError cause;
+    };
+    const Outcome outcome{AnyError(PlainFault{})};
+    const auto capture = [outcome] { return AnyError(outcome); };
+    EXPECT_EQ(capture().description(), "because plain");
+}
+
 TEST(AnyError, IsAnImplicitFailureOfAnExpected) {
     const auto fail = []() -> std::expected<int, AnyError> { return std::unexpected(PlatformError("D", 3)); };
     EXPECT_EQ(fail().error().code(), 3);

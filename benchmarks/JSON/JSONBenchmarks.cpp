@@ -1,0 +1,151 @@
+// JSON documents read to loosely typed values, walked and written.
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+#include <simdjson.h>
+
+#include <Corvane/Platform/JSON/JSONSerialization.hpp>
+
+#include "benchmarks/Goals.hpp"
+#include "benchmarks/JSON/AllocationCount.hpp"
+
+// The packages of Boost come with its JSON library.
+#if CORVANE_PEER_ASIO && __has_include(<boost/json.hpp>)
+#define HAS_BOOST_JSON 1
+#include <boost/json/src.hpp>
+#else
+#define HAS_BOOST_JSON 0
+#endif
+
+namespace {
+
+using corvane::Data;
+using corvane::JSONDictionary;
+using corvane::JSONSerialization;
+using corvane::JSONValue;
+
+/// A matchday as the back end sends it: nested objects, odds, escapes, UTF-8.
+std::string fixtures(std::size_t size) {
+    static constexpr const char* teams[] = {"Rovers", "Borussia Mönchsberg", "Olympique \\\"Nord\\\"", "Atlético"};
+    std::mt19937_64 random(20240315);
+    const auto draw = [&random](std::uint64_t limit) { return random() % limit; };
+    const auto odds = [&draw] { return 1 + static_cast<double>(draw(900)) / 100; };
+    std::string text = R"({"competition":{"id":8,"name":"First League","season":"2023/2024"},"matches":[)";
+    for (std::size_t i = 0; text.size() < size; ++i) {
+        const std::uint64_t home = draw(4);
+        const std::uint64_t away = draw(4);
+        text +=
+            fmt::format(R"({}{{"id":{},"round":{},"status":"FINISHED","finished":true,)"
+                        R"("home":{{"id":{},"name":"{}","logo":"https:\/\/img.example\/{}.png"}},)"
+                        R"("away":{{"id":{},"name":"{}","logo":"https:\/\/img.example\/{}.png"}},)"
+                        R"("score":{{"home":{},"away":{},"halfTime":[{},{}]}},"venue":"Stadium No. {}, North Stand",)"
+                        R"("odds":[{:.2f},{:.2f},{:.2f}],"tv":null,"updated":"2024-03-15T12:{:02}:00Z"}})",
+                        i == 0 ? "" : ",", 4'000'000'000 + i, 1 + i / 10, home, teams[home], home, away, teams[away],
+                        away, draw(6), draw(6), draw(3), draw(3), draw(400), odds(), odds(), odds(), draw(60));
+    }
+    return text + "]}";
+}
+
+const Data& document(std::int64_t size) {
+    static const Data small(fixtures(20'000));
+    static const Data large(fixtures(1'000'000));
+    return size == 20'000 ? small : large;
+}
+
+template <class Body>
+void run(benchmark::State& state, Body body) {
+    const Data& data = document(state.range(0));
+    body(data);
+    const std::uint64_t before = allocationCount();
+    for (auto _ : state)
+        body(data);
+    state.counters["allocations"] =
+        static_cast<double>(allocationCount() - before) / static_cast<double>(state.iterations());
+    state.SetBytesProcessed(static_cast<std::int64_t>(data.size()) * state.iterations());
+}
+
+/// The fastest there is: a tape in the parser's own memory, overwritten by the next document.
+void readTape(benchmark::State& state) {
+    simdjson::dom::parser parser;
+    run(state, [&parser](const Data& data) {
+        benchmark::DoNotOptimize(parser.parse(data.text().data(), data.size(), false));
+    });
+}
+
+void readCorvane(benchmark::State& state) {
+    run(state, [](const Data& data) { benchmark::DoNotOptimize(JSONSerialization::jsonObject(data)); });
+}
+
+void writeTape(benchmark::State& state) {
+    simdjson::dom::parser parser;
+    const Data& data = document(state.range(0));
+    const simdjson::dom::element root = parser.parse(data.text().data(), data.size(), false);
+    run(state, [root](const Data&) { benchmark::DoNotOptimize(simdjson::minify(root)); });
+}
+
+void writeCorvane(benchmark::State& state) {
+    const JSONValue value = *JSONSerialization::jsonObject(document(state.range(0)));
+    run(state, [&value](const Data&) { benchmark::DoNotOptimize(JSONSerialization::data(value)); });
+}
+
+#if HAS_BOOST_JSON
+void readBoost(benchmark::State& state) {
+    run(state, [](const Data& data) {
+        boost::json::monotonic_resource memory(data.size());
+        benchmark::DoNotOptimize(boost::json::parse(boost::json::string_view(data.text()), &memory));
+    });
+}
+
+void writeBoost(benchmark::State& state) {
+    const boost::json::value value = boost::json::parse(boost::json::string_view(document(state.range(0)).text()));
+    run(state, [&value](const Data&) { benchmark::DoNotOptimize(boost::json::serialize(value)); });
+}
+#endif
+
+/// Every key of a dictionary of this many members, in turn.
+void findKeys(benchmark::State& state) {
+    JSONDictionary dictionary;
+    std::vector<std::string> keys;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        keys.push_back(fmt::format("team-{}", i));
+        dictionary.set(keys.back(), i);
+    }
+    std::size_t next = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(dictionary.find(keys[next]));
+        if (++next == keys.size()) next = 0;
+    }
+}
+
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    benchmark->Arg(20'000)->Arg(1'000'000);
+}
+
+BENCHMARK(readTape)->Name("read/simdjson")->Apply(sizes);
+BENCHMARK(readCorvane)->Name("read/Corvane")->Apply(sizes);
+BENCHMARK(writeTape)->Name("write/simdjson")->Apply(sizes);
+BENCHMARK(writeCorvane)->Name("write/Corvane")->Apply(sizes);
+#if HAS_BOOST_JSON
+BENCHMARK(readBoost)->Name("read/Boost")->Apply(sizes);
+BENCHMARK(writeBoost)->Name("write/Boost")->Apply(sizes);
+#endif
+BENCHMARK(findKeys)->Name("find/Corvane")->Arg(8)->Arg(16)->Arg(17)->Arg(1'000)->Arg(100'000);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return runBenchmarks(argc, argv,
+                         {
+                             {"read/Corvane/20000", "read/simdjson/20000", "", 2},
+                             {"read/Corvane/1000000", "read/simdjson/1000000", "", 2},
+                             {"read/Corvane/20000", "read/Boost/20000", "", 0.67},
+                             {"read/Corvane/1000000", "read/Boost/1000000", "", 0.67},
+                             {"write/Corvane/20000", "write/simdjson/20000", "", 1.1},
+                             {"write/Corvane/1000000", "write/simdjson/1000000", "", 1.1},
+                         });
+}
