@@ -2,6 +2,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include <Corvane/Platform/UnfairLock.hpp>
 
 namespace corvane {
@@ -19,6 +21,13 @@ void pauseBriefly() noexcept {
 #endif
 }
 
+/// Like the standard's locks, this one leaves the caller's errno alone.
+void futex(std::atomic<std::uint32_t>& word, int operation, std::uint32_t value) noexcept {
+    const int errnoBefore = errno;
+    ::syscall(SYS_futex, &word, operation, value, nullptr, nullptr, 0);
+    errno = errnoBefore;
+}
+
 static_assert(sizeof(std::atomic<std::uint32_t>) == 4 && std::atomic<std::uint32_t>::is_always_lock_free,
               "the kernel waits on a plain 32-bit word");
 
@@ -32,13 +41,13 @@ void UnfairLock::lockContended() noexcept {
     // From here on the word says that somebody may sleep, also once this thread holds the lock: it cannot
     // know whether it was the only one, and a wake too many is harmless.
     while (state_.exchange(lockedWithSleepers, std::memory_order_acquire) != unlocked) {
-        ::syscall(SYS_futex, &state_, FUTEX_WAIT_PRIVATE, lockedWithSleepers, nullptr, nullptr, 0);
+        futex(state_, FUTEX_WAIT_PRIVATE, lockedWithSleepers);
     }
 }
 
 void UnfairLock::wakeOne() noexcept {
     // The lock may be gone by now: the kernel looks at the address only, and waking nobody is no error.
-    ::syscall(SYS_futex, &state_, FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
+    futex(state_, FUTEX_WAKE_PRIVATE, 1);
 }
 
 }  // namespace corvane
