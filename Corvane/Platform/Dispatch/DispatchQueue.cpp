@@ -155,7 +155,7 @@ void DispatchQueue::runAndWait(void (*body)(void*), void* context) {
     // Whoever waits should not wait for a worker of a lower class than its own.
     const QoSClass qosClass = mainFrame ? QoSClass::userInteractive : WorkerPool::classOfThisThread();
     enqueue(
-        [=, this, &done] {
+        [=, &done] {
             {
                 const QueueFrame frame(nullptr, waiter);
                 body(context);

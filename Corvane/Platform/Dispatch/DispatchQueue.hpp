@@ -18,7 +18,8 @@ namespace corvane {
 /// A queue that runs blocks in the order given (main and serial queues) or side by side (global queues).
 ///
 /// The main queue runs its blocks on the main thread, inside the main run loop. There is one global queue per
-/// quality-of-service class; it keeps making progress while up to 63 of its blocks are blocked. A serial queue
+/// quality-of-service class: as many threads as there are processors, and more while blocks block, so that it keeps
+/// making progress while up to 63 of its blocks are blocked. A serial queue
 /// runs one block at a time, on its target (another serial queue, or the global queue of its class), and lives
 /// until its last owner has let go and its last block has run. Queues have no shut-down: what was queued runs.
 ///
@@ -50,12 +51,14 @@ class CORVANE_EXPORT DispatchQueue : public std::enable_shared_from_this<Dispatc
     /// one below it changes nothing. The main queue has one thread and ignores it.
     void async(Work work, DispatchQoS qos = {});
 
-    /// Queues `work` once `seconds` have passed on the clock in force; at the next chance for zero or less.
+    /// Queues `work` once `seconds` have passed on the clock in force; at the next chance for zero or less. Blocks with
+    /// equal deadlines are queued in the order given. The queue is held until then.
     void asyncAfter(double seconds, Work work, DispatchQoS qos = {});
 
     /// Runs `body` on this queue and waits for it; gives what it returns and throws what it throws. Called on the
     /// queue it waits for, it would wait for itself: the process is stopped with a message instead. Global queues
-    /// run `body` on the calling thread.
+    /// run `body` on the calling thread. On a serial queue `body` is lifted to the class of a calling worker, or to
+    /// `userInteractive` for the main thread, so that nobody waits for a thread of a lower class than its own.
     template <std::invocable Body>
     std::invoke_result_t<Body> sync(Body&& body) {
         using Result = std::invoke_result_t<Body>;

@@ -33,6 +33,7 @@ class CORVANE_EXPORT RunLoop {
     void run();
 
     /// Runs blocks and timers until the wall clock has advanced to `limit` or `stop` is called, whichever is first.
+    /// With a virtual clock in force it lasts until a block or another thread has moved that clock to `limit`.
     void runUntil(Date limit);
 
     /// Waits until there is something to do and does it: the blocks queued by then and the timers due.

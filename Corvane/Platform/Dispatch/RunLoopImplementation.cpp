@@ -106,7 +106,8 @@ void RunLoop::Implementation::run(std::optional<Date> limit) {
             if (!(left > 0)) return;
             wakeUp = deadlineAfter(left);
         }
-        if (!step()) sleep(wakeUp);
+        step();
+        sleep(wakeUp);
     }
 }
 
@@ -133,7 +134,7 @@ bool RunLoop::Implementation::step() {
         descriptor->acknowledge();
     }
     bool ran = runBlocks();
-    if (!isStopping()) ran |= runDeadlines();
+    if (nextDeadline_ != SteadyInstant::max() && !isStopping()) ran |= runDeadlines();
     return ran;
 }
 
@@ -145,8 +146,9 @@ bool RunLoop::Implementation::runBlocks() {
     {
         const std::lock_guard lock(mutex_);
         publish();
+        nextDeadline_ = deadlines_.next();
         if (queue_.empty()) return ran;
-        batch.blocks = std::move(spare_);
+        batch.blocks = spare_.take();
         batch.blocks.swap(queue_);
         taken_ += batch.blocks.size();
     }
@@ -182,13 +184,15 @@ void RunLoop::Implementation::finishBatch(Batch& batch) noexcept {
         queue_.insert(queue_.begin(), std::make_move_iterator(rest), std::make_move_iterator(batch.blocks.end()));
         wakeWord_.set();
     }
+    const std::size_t used = batch.blocks.size();
     batch.blocks.clear();
-    spare_ = std::move(batch.blocks);
+    spare_.giveBack(std::move(batch.blocks), used);
 }
 
 bool RunLoop::Implementation::runDeadlines() {
     // One look at the clock: a timer that keeps coming due cannot keep the blocks waiting.
     const SteadyInstant now = Clock::current().uptime();
+    if (nextDeadline_ > now) return false;
     bool ran = false;
     while (!isStopping()) {
         std::shared_ptr<RunLoopDeadline> entry;
@@ -209,7 +213,11 @@ bool RunLoop::Implementation::runDeadlines() {
     return ran;
 }
 
+/// Sleeps unless something has come since the last step.
 void RunLoop::Implementation::sleep(SteadyInstant limit) {
+    // Whatever comes sets the wake word. To take it before the queue is looked at anew, not after, saves a vain
+    // look for each time that something comes while the loop is awake.
+    if (wakeWord_.take()) return;
     {
         const std::lock_guard lock(mutex_);
         publish();

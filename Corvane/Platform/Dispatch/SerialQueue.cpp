@@ -42,11 +42,12 @@ void SerialQueue::postDrain(QoSClass qosClass) {
 void SerialQueue::drain() noexcept {
     const QueueFrame frame(this);
     std::vector<Work> batch;
+    std::size_t used = 0;
     {
         const std::lock_guard lock(mutex_);
         if (state_ != State::scheduled) return;
         state_ = State::draining;
-        batch = std::move(spare_);
+        batch = spare_.take();
     }
     for (;;) {
         QoSClass runningClass = QoSClass::unspecified;
@@ -60,6 +61,7 @@ void SerialQueue::drain() noexcept {
             work();
             work = nullptr;
         }
+        used = std::max(used, batch.size());
         batch.clear();
 
         QoSClass nextClass = QoSClass::unspecified;
@@ -67,13 +69,13 @@ void SerialQueue::drain() noexcept {
             const std::lock_guard lock(mutex_);
             if (blocks_.empty()) {
                 state_ = State::idle;
-                spare_ = std::move(batch);
+                spare_.giveBack(std::move(batch), used);
                 return;
             }
             // Goes on at once while nobody else wants this thread and no block wants one of another class.
             if (drainClass_ == runningClass && !target_->hasWaiting()) continue;
             state_ = State::scheduled;
-            spare_ = std::move(batch);
+            spare_.giveBack(std::move(batch), used);
             nextClass = drainClass_;
         }
         postDrain(nextClass);

@@ -14,7 +14,8 @@ namespace corvane {
 /// block just as long; both are let go before `invalidate` returns and before a one-shot block that has run is
 /// forgotten. The block is called on the run loop's thread and may invalidate, re-arm or drop any timer,
 /// its own included. An interval of zero or less counts as 0.1 ms; deadlines saturate instead of overflowing.
-/// A repeating timer that could not run in time skips the missed beats and keeps its phase.
+/// A repeating timer that could not run in time skips the missed beats and keeps its phase. Equal deadlines of one
+/// run loop come in the order in which the timers were made and the main queue's delayed blocks were given.
 ///
 /// All operations may be called on any thread. Once `invalidate` has returned on the run loop's thread the block
 /// is not called again; called elsewhere, it may be running at that moment.

@@ -1,8 +1,12 @@
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <string>
+#include <array>
+#include <cstdio>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -45,6 +49,21 @@ void dressThread(QoSClass qosClass) noexcept {
     constexpr int highest = 19;
     const int processNice = ::getpriority(PRIO_PROCESS, static_cast<id_t>(mainThreadID()));
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(currentThreadID()), std::min(processNice + wanted.nice, highest));
+}
+
+/// Whether a thread would run if it had a processor to itself; false for one that waits or is gone.
+bool isRunnable(pid_t thread) noexcept {
+    std::array<char, 48> path{};
+    std::snprintf(path.data(), path.size(), "/proc/self/task/%d/stat", static_cast<int>(thread));
+    const int file = ::open(path.data(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return false;
+    // "NUMBER (NAME) STATE ...", and the name may have anything in it.
+    std::array<char, 64> text{};
+    const auto size = std::max<ssize_t>(::read(file, text.data(), text.size()), 0);
+    ::close(file);
+    const std::string_view line(text.data(), static_cast<std::size_t>(size));
+    const std::size_t nameEnd = line.rfind(") ");
+    return nameEnd != line.npos && nameEnd + 2 < line.size() && line[nameEnd + 2] == 'R';
 }
 
 constinit thread_local QoSClass threadClass = QoSClass::unspecified;
@@ -113,11 +132,14 @@ void WorkerPool::runThread(WorkerPool& pool, Worker& worker) noexcept {
 
 void WorkerPool::serve(Worker& worker) noexcept {
     std::unique_lock lock(mutex_);
+    worker.thread = currentThreadID();
     for (;;) {
         if (waiting_.empty()) takeBackFromOthers(worker);
         if (waiting_.empty()) {
+            waiting_.rest();
             if (workerCount_ > baseWorkers_) {
                 --workerCount_;
+                worker.thread = 0;
                 gone_.push_back(&worker);
                 lock.unlock();
                 ClockClients::announceChange();
@@ -182,7 +204,7 @@ void WorkerPool::takeBackFromOthers(const Worker& worker) {
 }
 
 bool WorkerPool::supervise() {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (!isSupervised_) return false;
 
     std::uint64_t started = taken_;
@@ -203,16 +225,34 @@ bool WorkerPool::supervise() {
         wasSeen_ = false;
         return false;
     }
-    if (wasSeen_ && started == seenStarted_) {
-        // Twice as many each time: sixty-three blocked blocks are passed in a few looks.
-        const std::size_t more =
-            std::min({std::max<std::size_t>(workerCount_, 1), mostWorkers - workerCount_, waiting_.size()});
-        workerCount_ += more;
-        toStart_ += more;
-    }
+    const bool isStuck = wasSeen_ && started == seenStarted_;
     seenStarted_ = started;
     wasSeen_ = true;
+    looksWhileBusy_ = isStuck ? looksWhileBusy_ : 0;
+    if (isStuck) {
+        std::vector<pid_t> threads;
+        for (const std::unique_ptr<Worker>& worker : workers_) {
+            if (worker->thread != 0) threads.push_back(worker->thread);
+        }
+        lock.unlock();
+        const bool isComputing = std::cmp_greater_equal(std::ranges::count_if(threads, isRunnable), baseWorkers_);
+        lock.lock();
+        grow(isComputing);
+    }
     return true;
+}
+
+/// Adds workers to those that are stuck. Blocked ones are doubled, so that sixty-three are passed in a few looks.
+/// While the workers have work for all processors more of them would only get in each other's way; now and then one
+/// is added all the same, in case they compute until another block has run.
+void WorkerPool::grow(bool isComputing) {
+    constexpr unsigned patience = 50;
+    if (isComputing && ++looksWhileBusy_ < patience) return;
+    looksWhileBusy_ = 0;
+    const std::size_t wanted = isComputing ? 1 : std::max<std::size_t>(workerCount_, 1);
+    const std::size_t more = std::min({wanted, mostWorkers - workerCount_, waiting_.size()});
+    workerCount_ += more;
+    toStart_ += more;
 }
 
 bool WorkerPool::startWorkers() {

@@ -11,6 +11,7 @@
 #include <Corvane/Platform/Dispatch/Private/ClockClient.hpp>
 #include <Corvane/Platform/Dispatch/Private/DeadlineHeap.hpp>
 #include <Corvane/Platform/Dispatch/Private/RunLoopDescriptor.hpp>
+#include <Corvane/Platform/Dispatch/Private/SpareBlocks.hpp>
 #include <Corvane/Platform/Dispatch/Private/WakeWord.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 
@@ -95,7 +96,9 @@ class RunLoop::Implementation final : public ClockClient {
     // The loop's thread only.
     const int thread_;
     Batch* batch_ = nullptr;
-    std::vector<Work> spare_;
+    SpareBlocks spare_;
+    /// The earliest deadline when the loop last looked at its queue.
+    SteadyInstant nextDeadline_ = SteadyInstant::max();
     std::uint64_t completed_ = 0;
     unsigned running_ = 0;
     bool isStoppable_ = false;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Private/SpareBlocks.hpp>
 
 namespace corvane {
 
@@ -31,8 +32,7 @@ class SerialQueue final : public DispatchQueue {
     /// The class that the scheduled drain job was posted at, or of the most urgent block since.
     QoSClass drainClass_ = QoSClass::unspecified;
     std::atomic<bool> hasBlocks_ = false;
-    /// The drain job's.
-    std::vector<Work> spare_;
+    SpareBlocks spare_;
 };
 
 }  // namespace corvane

@@ -19,6 +19,13 @@ class WakeWord {
         if (state_.exchange(State::set, std::memory_order_acq_rel) == State::waiting) wakeSleeper();
     }
 
+    /// Takes the flag if it is set; whether it was.
+    bool take() noexcept {
+        State expected = State::set;
+        return state_.load(std::memory_order_relaxed) == expected &&
+               state_.compare_exchange_strong(expected, State::idle, std::memory_order_acq_rel);
+    }
+
     /// Sleeps until the flag is set, and takes it.
     void wait() noexcept {
         while (!waitOnce(nullptr)) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include <Corvane/Platform/Dispatch/Private/ExcessMemory.hpp>
 #include <Corvane/Platform/Dispatch/Work.hpp>
 
 namespace corvane {
@@ -19,7 +20,7 @@ class WorkRing {
     void pushBack(Work&& work) {
         if (size_ == capacity_) grow();
         at(size_) = std::move(work);
-        ++size_;
+        peak_ = std::max(peak_, ++size_);
     }
 
     void pushFront(Work&& work) {
@@ -34,6 +35,15 @@ class WorkRing {
         first_ = (first_ + 1) & (capacity_ - 1);
         --size_;
         return work;
+    }
+
+    /// To be called when the ring was found empty: lets memory go that is not needed any more.
+    void rest() noexcept {
+        const std::size_t used = std::exchange(peak_, 0);
+        if (!excess_.shouldGo(capacity_, used)) return;
+        slots_.reset();
+        capacity_ = 0;
+        first_ = 0;
     }
 
   private:
@@ -56,6 +66,9 @@ class WorkRing {
     std::size_t capacity_ = 0;
     std::size_t first_ = 0;
     std::size_t size_ = 0;
+    /// The most blocks since the last rest.
+    std::size_t peak_ = 0;
+    ExcessMemory excess_;
 };
 
 }  // namespace corvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -20,8 +22,8 @@ class DispatchQueue;
 /// The worker threads of one quality-of-service class, and the blocks that wait for them.
 ///
 /// There are as many workers as the machine has processors; while blocks wait and none has been started for
-/// a moment, the supervisor adds workers, up to 64 (blocked blocks leave their worker's processor idle). Surplus
-/// workers leave when they find nothing to do. A worker takes blocks in batches; what it has not started can be
+/// a moment, the supervisor adds workers for those that are blocked, up to 64. Surplus workers leave when they find
+/// nothing to do. A worker takes blocks in batches; what it has not started can be
 /// taken back from it, so that no block is stuck behind one that blocks. Pools are never destroyed.
 class WorkerPool final : public ClockClient {
   public:
@@ -67,6 +69,8 @@ class WorkerPool final : public ClockClient {
         std::uint64_t batchNumber = 0;
         Worker* nextIdle = nullptr;
         WakeWord wakeWord;
+        /// The kernel's number of the thread, 0 while there is none. Under the pool's lock.
+        pid_t thread = 0;
 
         [[nodiscard]] std::size_t rest() const noexcept;
     };
@@ -78,6 +82,7 @@ class WorkerPool final : public ClockClient {
     void takeBack(Worker& worker);
     void takeBackFromOthers(const Worker& worker);
     void noteWaiting() noexcept;
+    void grow(bool isComputing);
 
     static thread_local const Worker* workerOfThisThread;
 
@@ -97,6 +102,7 @@ class WorkerPool final : public ClockClient {
     bool isSupervised_ = false;
     bool wasSeen_ = false;
     std::uint64_t seenStarted_ = 0;
+    unsigned looksWhileBusy_ = 0;
 
     std::atomic<bool> hasWaiting_ = false;
 };
