@@ -2,7 +2,8 @@
 // One request at a time is to be pinned to one CPU, or it measures nothing but wake-ups across CPUs:
 //
 //     taskset -c 0 HTTPBenchmarks --benchmark_filter='Get|Conditional'
-//     HTTPBenchmarks --benchmark_filter='Many|Memory'
+//     HTTPBenchmarks --benchmark_filter=Many
+//     HTTPBenchmarks --benchmark_filter=Memory
 
 #include <algorithm>
 #include <chrono>
@@ -12,6 +13,7 @@
 
 #include "CorvaneClient.hpp"
 #include "CurlClients.hpp"
+#include "MemoryInFlight.hpp"
 #include "QtClient.hpp"
 #include "RawClients.hpp"
 #include "benchmarks/Goals.hpp"
@@ -104,6 +106,7 @@ int main(int argc, char** argv) {
     registerMany<RawEpoll>("Raw");
     registerMany<CurlMultiPoll>("CurlMultiPoll");
     registerMany<CorvaneClient>("Corvane");
+    benchmark::RegisterBenchmark("Corvane/MemoryInFlight", measureMemoryInFlight)->Iterations(1)->UseRealTime();
 #if CORVANE_PEER_QT
     const QCoreApplication application(argc, argv);
     registerOneAtATime<QtClient>("Qt");
