@@ -25,8 +25,8 @@ struct CORVANE_EXPORT URLSessionConfiguration {
     /// The timeout of requests that state none, in seconds; see `URLRequest::timeoutInterval`.
     double timeoutIntervalForRequest = 60;
 
-    /// How many requests to one origin are on the wire at once; the others wait, those of higher priority
-    /// first. Does not limit origins that answered over HTTP/2, which carries them all on one connection.
+    /// How many requests to one origin are on the wire at once; the others wait, those of higher priority first.
+    /// An origin that answered over HTTP/2 carries them on one connection, and is asked for 100 at once.
     std::size_t maximumConnectionsPerHost = 6;
 
     /// The largest body that is accepted, in decoded bytes.

@@ -41,18 +41,20 @@ TEST(HostSlots, ForgetWhoWithdraws) {
     EXPECT_EQ(numberOf(slots.release("a")), 3);
 }
 
-TEST(HostSlots, LiftTheLimitForMultiplexedOrigins) {
+TEST(HostSlots, RaiseTheLimitOfMultiplexedOrigins) {
     HostSlots<Entry> slots(1);
     EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
-    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(2)));
-    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(3)));
-    EXPECT_EQ(slots.setMultiplexed("a").size(), 2U);
+    for (int number = 2; number <= 102; ++number)
+        EXPECT_FALSE(slots.acquire("a", 0.5F, entry(number)));
+    EXPECT_EQ(slots.setMultiplexed("a").size(), 99U);
     EXPECT_TRUE(slots.setMultiplexed("a").empty());
-    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(4)));
-    for (int i = 0; i < 4; ++i)
+    for (const int number : {101, 102, 0, 0})
+        EXPECT_EQ(numberOf(slots.release("a")), number);
+    for (int number = 0; number < 98; ++number)
         EXPECT_EQ(slots.release("a"), nullptr);
-    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(5)));
-    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(6)));
+    // The origin is remembered.
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
+    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(2)));
 }
 
 }  // namespace

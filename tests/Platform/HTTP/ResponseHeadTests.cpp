@@ -75,6 +75,12 @@ TEST(ResponseHead, BelievesALengthOnlyOfPlainContent) {
               std::numeric_limits<std::size_t>::max());
 }
 
+TEST(ResponseHead, SeesLengthsThatContradictEachOther) {
+    EXPECT_TRUE(head({"HTTP/1.1 200 OK", "Content-Length: 1", "content-length: 2", ""}).hasConflictingLengths());
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK", "Content-Length: 1", "Content-Length: 1", ""}).hasConflictingLengths());
+    EXPECT_FALSE(head({"HTTP/1.1 200 OK", ""}).hasConflictingLengths());
+}
+
 TEST(ResponseHead, EndsAHeaderSectionWithoutEnd) {
     ResponseHead h = head({"HTTP/1.1 200 OK\r\n"});
     const std::string line = "X: " + std::string(1000, 'x') + "\r\n";

@@ -211,11 +211,14 @@ bool Exchange::receiveHeader(std::string_view line) {
         refusal_ = URLError::cannotParseResponse;
         return false;
     }
-    if (head_.isComplete() && !wasComplete) {
-        isRedirected_ = http::isRedirect(head_.statusCode()) && head_.value("Location");
-        // Of an exchange that libcurl repeats by itself, to log in.
-        body_.clear();
+    if (!head_.isComplete() || wasComplete) return true;
+    if (head_.hasConflictingLengths()) {
+        refusal_ = URLError::cannotParseResponse;
+        return false;
     }
+    isRedirected_ = http::isRedirect(head_.statusCode()) && head_.value("Location");
+    // Of an exchange that libcurl repeats by itself, to log in.
+    body_.clear();
     return true;
 }
 

@@ -21,7 +21,7 @@ class HostSlots {
     /// Takes a slot; without a free one the entry waits and false is given.
     bool acquire(const std::string& origin, float priority, const Entry& entry) {
         Host& host = hosts_[origin];
-        if (host.isMultiplexed || host.active < limit_) {
+        if (host.active < limitOf(host)) {
             ++host.active;
             return true;
         }
@@ -52,21 +52,23 @@ class HostSlots {
         std::erase_if(found->second.waiting, [&](const Waiting& each) { return each.entry == entry; });
     }
 
-    /// Notes that one connection to the origin carries any number of requests: the limit is lifted. Those who
-    /// waited have slots now.
+    /// Notes that one connection to the origin carries many requests, which raises the limit. Those who have slots now
+    /// because of it.
     std::vector<Entry> setMultiplexed(const std::string& origin) {
         std::vector<Entry> admitted;
         Host& host = hosts_[origin];
-        if (host.isMultiplexed) return admitted;
         host.isMultiplexed = true;
-        host.active += host.waiting.size();
-        for (auto& each : host.waiting)
-            admitted.push_back(std::move(each.entry));
-        host.waiting.clear();
+        for (; host.active < limitOf(host) && !host.waiting.empty(); ++host.active) {
+            admitted.push_back(std::move(host.waiting.front().entry));
+            host.waiting.pop_front();
+        }
         return admitted;
     }
 
   private:
+    /// As many as servers usually allow on one connection (RFC 9113, 6.5.2, recommends no less).
+    static constexpr std::size_t multiplexedLimit = 100;
+
     struct Waiting {
         float priority;
         Entry entry;
@@ -77,6 +79,10 @@ class HostSlots {
         bool isMultiplexed = false;
         std::deque<Waiting> waiting;
     };
+
+    [[nodiscard]] std::size_t limitOf(const Host& host) const noexcept {
+        return host.isMultiplexed ? std::max(limit_, multiplexedLimit) : limit_;
+    }
 
     std::size_t limit_;
     std::unordered_map<std::string, Host> hosts_;

@@ -76,6 +76,13 @@ std::optional<std::size_t> ResponseHead::contentLength() const noexcept {
     return length;
 }
 
+bool ResponseHead::hasConflictingLengths() const noexcept {
+    const auto first = value("Content-Length");
+    return first && std::ranges::any_of(fields_, [&](const HTTPHeaderField& each) {
+               return equalNames(each.name, "Content-Length") && each.value != *first;
+           });
+}
+
 std::shared_ptr<const HTTPURLResponse> ResponseHead::makeResponse(const URL& url) {
     return std::make_shared<const HTTPURLResponse>(url, statusCode_, version_, std::move(fields_));
 }

@@ -42,6 +42,9 @@ class ResponseHead {
     /// The length that Content-Length states; absent when the content is encoded and its length thus unknown.
     [[nodiscard]] std::optional<std::size_t> contentLength() const noexcept;
 
+    /// Whether two Content-Length lines differ: nobody can say then where the response ends (RFC 9112, 6.3).
+    [[nodiscard]] bool hasConflictingLengths() const noexcept;
+
     /// The head as a response from `url`. The fields are moved out: call it once.
     [[nodiscard]] std::shared_ptr<const HTTPURLResponse> makeResponse(const URL& url);
 
