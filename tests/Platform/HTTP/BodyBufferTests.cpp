@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -25,6 +26,19 @@ TEST(BodyBuffer, GrowsAndHandsOver) {
     EXPECT_TRUE(buffer.take().empty());
     ASSERT_TRUE(buffer.append("anew"));
     EXPECT_EQ(buffer.take().text(), "anew");
+}
+
+TEST(BodyBuffer, NeverSharesMemoryAmongLivingBodies) {
+    std::vector<Data> living(30);
+    for (std::size_t i = 0; i < 300; ++i) {
+        BodyBuffer buffer;
+        ASSERT_TRUE(buffer.append(std::string(100'000 + i, static_cast<char>('a' + i % living.size()))));
+        // Ends the body that stood here, whose memory may be used again.
+        living[i % living.size()] = buffer.take();
+    }
+    for (std::size_t i = 0; i < living.size(); ++i) {
+        EXPECT_TRUE(living[i].text() == std::string(100'270 + i, static_cast<char>('a' + i)));
+    }
 }
 
 TEST(BodyBuffer, DoesNotBelieveHugeLengths) {

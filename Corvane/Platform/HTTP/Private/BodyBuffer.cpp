@@ -1,6 +1,6 @@
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include <Corvane/Platform/HTTP/Private/BodyBuffer.hpp>
@@ -8,52 +8,46 @@
 namespace corvane::http {
 
 BodyBuffer::~BodyBuffer() {
-    std::free(bytes_);
+    clear();
 }
 
-// malloc and realloc: nothing is zeroed that is about to be overwritten, and large buffers grow by moving
-// pages.
-bool BodyBuffer::setCapacity(std::size_t capacity) noexcept {
-    void* const moved = std::realloc(bytes_, capacity + Data::padding);
-    if (moved == nullptr) return false;
-    bytes_ = static_cast<char*>(moved);
-    capacity_ = capacity;
+bool BodyBuffer::moveTo(std::size_t capacity) noexcept {
+    const Buffer larger = BufferStore::shared().take(capacity + Data::padding);
+    if (larger.bytes == nullptr) return false;
+    if (size_ > 0) std::memcpy(larger.bytes, buffer_.bytes, size_);
+    BufferStore::shared().giveBack(std::exchange(buffer_, larger));
     return true;
 }
 
 bool BodyBuffer::reserve(std::size_t bytes) noexcept {
     const std::size_t wanted = size_ + std::min(bytes, trusted);
-    return wanted <= capacity_ || setCapacity(wanted);
+    return wanted + Data::padding <= buffer_.capacity || moveTo(wanted);
 }
 
 bool BodyBuffer::append(std::string_view bytes) noexcept {
     if (bytes.empty()) return true;
     const std::size_t needed = size_ + bytes.size();
-    if (needed > capacity_ && !setCapacity(std::max(needed, capacity_ + capacity_ / 2))) return false;
-    std::memcpy(bytes_ + size_, bytes.data(), bytes.size());
+    if (needed + Data::padding > buffer_.capacity && !moveTo(std::max(needed, size_ + size_ / 2))) return false;
+    std::memcpy(buffer_.bytes + size_, bytes.data(), bytes.size());
     size_ = needed;
     return true;
 }
 
 Data BodyBuffer::take() {
-    if (size_ == 0) {
-        clear();
-        return {};
-    }
-    // What was grown step by step may be half empty.
-    if (capacity_ - size_ > size_ / 8) static_cast<void>(setCapacity(size_));
+    if (size_ == 0) return {};
+    // A body may be kept for long: what was grown step by step gives back the half that it does not need.
+    if (buffer_.capacity - size_ > std::max(Data::padding * 2, size_ / 4)) static_cast<void>(moveTo(size_));
     const std::size_t size = std::exchange(size_, 0);
-    capacity_ = 0;
-    const auto* const bytes = reinterpret_cast<const std::byte*>(std::exchange(bytes_, nullptr));
-    return Data::adopting(std::shared_ptr<const std::byte[]>(
-                              bytes, [](const std::byte* buffer) { std::free(const_cast<std::byte*>(buffer)); }),
-                          size);
+    const Buffer buffer = std::exchange(buffer_, {});
+    return Data::adopting(
+        std::shared_ptr<const std::byte[]>(reinterpret_cast<const std::byte*>(buffer.bytes),
+                                           [buffer](const std::byte*) { BufferStore::shared().giveBack(buffer); }),
+        size);
 }
 
 void BodyBuffer::clear() noexcept {
-    std::free(std::exchange(bytes_, nullptr));
+    if (buffer_.bytes != nullptr) BufferStore::shared().giveBack(std::exchange(buffer_, {}));
     size_ = 0;
-    capacity_ = 0;
 }
 
 }  // namespace corvane::http

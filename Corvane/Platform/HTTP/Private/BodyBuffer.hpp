@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
-#include <optional>
 #include <string_view>
 
 #include <Corvane/Platform/Data.hpp>
+#include <Corvane/Platform/HTTP/Private/BufferStore.hpp>
 
 namespace corvane::http {
 
@@ -17,7 +16,8 @@ class BodyBuffer {
     BodyBuffer& operator=(const BodyBuffer&) = delete;
     ~BodyBuffer();
 
-    /// Makes room for `bytes` more. That is what a server says, so no more than `trusted` is believed of it.
+    /// Makes room for `bytes` more. That is what a server says, so no more than `trusted` is believed of it. False
+    /// when there is no memory.
     bool reserve(std::size_t bytes) noexcept;
 
     /// False when there is no memory.
@@ -33,12 +33,11 @@ class BodyBuffer {
   private:
     static constexpr std::size_t trusted = std::size_t{8} << 20U;
 
-    bool setCapacity(std::size_t capacity) noexcept;
+    bool moveTo(std::size_t capacity) noexcept;
 
-    char* bytes_ = nullptr;
+    /// Holds the bytes and the padding behind them.
+    Buffer buffer_;
     std::size_t size_ = 0;
-    /// How much fits, the padding behind it not counted.
-    std::size_t capacity_ = 0;
 };
 
 }  // namespace corvane::http

@@ -66,6 +66,8 @@ class DataTask final : public URLSessionDataTask,
         std::optional<URLRequest> request;
         int redirects = 0;
         bool isSuspended = false;
+        /// The last pass of the network thread in which bytes moved.
+        std::uint64_t movedInPass = 0;
         std::optional<Login> login;
         /// The only origin that is shown the login.
         std::string loginOrigin;
@@ -95,7 +97,7 @@ class DataTask final : public URLSessionDataTask,
     /// deadline is earlier than the heap knows.
     bool restartTimeout() noexcept;
 
-    void bytesMoved() noexcept override { static_cast<void>(restartTimeout()); }
+    void bytesMoved() noexcept override;
 
     [[nodiscard]] double idleSeconds() const noexcept { return idleSeconds_; }
 

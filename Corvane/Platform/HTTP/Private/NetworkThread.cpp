@@ -1,4 +1,6 @@
 #include <pthread.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -8,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include <Corvane/Platform/FatalError.hpp>
 #include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
 #include <Corvane/Platform/HTTP/Private/NetworkThread.hpp>
 #include <Corvane/Platform/HTTP/Private/RequestRules.hpp>
@@ -42,7 +45,8 @@ NetworkThread& NetworkThread::shared() {
     return *thread;
 }
 
-NetworkThread::NetworkThread() : multi_(makeMulti()) {
+NetworkThread::NetworkThread() : multi_(makeMulti()), wakeDescriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    if (wakeDescriptor_ < 0) fatalError("No descriptor is left for the network thread.");
     ClockClients::add(*this);
     // A thread starts with its maker's mask. All signals are the application's business, and a peer that
     // hangs up in the middle of a TLS write must not raise SIGPIPE.
@@ -64,7 +68,7 @@ void NetworkThread::submit(std::shared_ptr<DataTask> task, Command command) {
         ++accepted_;
         wakes = std::exchange(isAsleep_, false);
     }
-    if (wakes) curl_multi_wakeup(multi_);
+    if (wakes) wakeUp();
 }
 
 ClockActivity NetworkThread::activity() const noexcept {
@@ -78,11 +82,17 @@ void NetworkThread::clockMoved() noexcept {
         const std::lock_guard lock(mutex_);
         wakes = std::exchange(isAsleep_, false);
     }
-    if (wakes) curl_multi_wakeup(multi_);
+    if (wakes) wakeUp();
+}
+
+void NetworkThread::wakeUp() const noexcept {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = ::write(wakeDescriptor_, &one, sizeof one);
 }
 
 void NetworkThread::run() {
     for (;;) {
+        ++pass_;
         takeSubmissions();
         expire();
         perform();
@@ -104,9 +114,14 @@ void NetworkThread::perform() {
 void NetworkThread::sleep(int milliseconds) {
     if (milliseconds == 0) return;
     const bool isShort = secureOnWire_ > 0 && quietMilliseconds_ < milliseconds;
+    // libcurl has a wake-up of its own, but over a pair of sockets, which takes the kernel longer.
+    curl_waitfd wake{.fd = wakeDescriptor_, .events = CURL_WAIT_POLLIN, .revents = 0};
     int ready = 0;
-    curl_multi_poll(multi_, nullptr, 0, isShort ? quietMilliseconds_ : milliseconds, &ready);
+    curl_multi_poll(multi_, &wake, 1, isShort ? quietMilliseconds_ : milliseconds, &ready);
     quietMilliseconds_ = ready > 0 ? 1 : std::min(quietMilliseconds_, INT_MAX / 2) * 2;
+    if (wake.revents == 0) return;
+    std::uint64_t count = 0;
+    [[maybe_unused]] const auto read = ::read(wakeDescriptor_, &count, sizeof count);
 }
 
 int NetworkThread::prepareToSleep() {

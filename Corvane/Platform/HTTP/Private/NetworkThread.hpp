@@ -29,6 +29,9 @@ class NetworkThread final : public ClockClient {
     /// Looks at a started task again that was cancelled, suspended or resumed.
     void update(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::update); }
 
+    /// Which round of the thread's loop this is, for that thread: what happens within one happens at one time.
+    [[nodiscard]] static std::uint64_t pass() noexcept { return pass_; }
+
     [[nodiscard]] ClockActivity activity() const noexcept override;
     void clockMoved() noexcept override;
 
@@ -44,6 +47,7 @@ class NetworkThread final : public ClockClient {
 
     void submit(std::shared_ptr<DataTask> task, Command command);
 
+    void wakeUp() const noexcept;
     void run();
     void takeSubmissions();
     void expire();
@@ -63,7 +67,10 @@ class NetworkThread final : public ClockClient {
     void leave(const std::shared_ptr<DataTask>& task);
     void fail(const std::shared_ptr<DataTask>& task, PlatformError error);
 
+    static inline std::uint64_t pass_ = 0;
+
     CURLM* const multi_;
+    const int wakeDescriptor_;
     /// Whether handles were added that libcurl has not seen yet.
     bool hasNews_ = false;
     /// libcurl 7.88 loses wake-ups of HTTP/2: data that one stream's handle reads from the socket for another is

@@ -7,8 +7,9 @@ namespace corvane::http {
 
 namespace {
 
-/// How many handles a session keeps when they are not used. A handle at rest holds a few KiB.
-constexpr std::size_t exchangesAtRest = 16;
+/// How many handles a session keeps when they are not used. Making one costs more than a small request; one at rest
+/// holds the pages of its receive buffer that were needed.
+constexpr std::size_t exchangesAtRest = 64;
 
 }  // namespace
 
