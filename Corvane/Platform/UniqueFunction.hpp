@@ -82,9 +82,9 @@ class UniqueFunction<R(Args...), InlineBytes> {
 
     template <class Target>
     static void relocateInline(void* to, void* from) noexcept {
-        Target& source = inlineTarget<Target>(from);
+        auto& source = inlineTarget<Target>(from);
         if (to != nullptr) ::new (to) Target(std::move(source));
-        source.~Target();
+        source.~Target();  // NOLINT(bugprone-use-after-move)
     }
 
     template <class Target>

@@ -44,7 +44,7 @@ TEST(AnyError, TakesTheErrorsOwnTextDomainAndCode) {
 
 TEST(AnyError, GivesTheErrorBackByItsExactType) {
     AnyError error = TalkingFault{"told"};
-    const AnyError moved = std::move(error);
+    const AnyError moved = std::move(error);  // NOLINT(performance-move-const-arg)
     ASSERT_NE(moved.as<TalkingFault>(), nullptr);
     EXPECT_EQ(moved.as<TalkingFault>()->text, "told");
     EXPECT_EQ(moved.as<PlainFault>(), nullptr);
@@ -61,6 +61,7 @@ TEST(AnyError, StandsInAnErrorThatCanItselfBeOne) {
 
         AnyError cause;
     };
+
     const Outcome outcome{AnyError(PlainFault{})};
     const auto capture = [outcome] { return AnyError(outcome); };
     EXPECT_EQ(capture().description(), "because plain");

@@ -47,7 +47,7 @@ void BackgroundTasks::setHost(std::shared_ptr<BackgroundTaskHost> host) {
     inForce.host.swap(host);
 }
 
-BackgroundTaskRegister& BackgroundTasks::standardRegister() noexcept {
+BackgroundTaskRegister& BackgroundTasks::standardRegister() {
     return *HostInForce::standard();
 }
 

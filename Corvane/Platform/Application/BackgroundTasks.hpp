@@ -37,7 +37,7 @@ class CORVANE_EXPORT BackgroundTasks {
     static void setHost(std::shared_ptr<BackgroundTaskHost> host);
 
     /// The host in force unless the application has set one of its own.
-    [[nodiscard]] static BackgroundTaskRegister& standardRegister() noexcept;
+    [[nodiscard]] static BackgroundTaskRegister& standardRegister();
 
     /// `BackgroundTaskRegister::waitForRunning` of the standard register: lets running tasks end before the process
     /// does. For the main thread only.

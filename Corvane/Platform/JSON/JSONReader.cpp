@@ -191,8 +191,8 @@ bool isDigit(char character) {
 /// Whether `digits` (with its sign) is an integer that neither 64-bit type holds.
 bool isTooLarge(std::string_view digits) {
     const auto overflows = [digits](auto integer) {
-        return std::from_chars(digits.data(), digits.data() + digits.size(), integer).ec ==
-               std::errc::result_out_of_range;
+        const char* const end = digits.data() + digits.size();
+        return std::from_chars(digits.data(), end, integer).ec == std::errc::result_out_of_range;
     };
     return digits.front() == '-' ? overflows(std::int64_t{}) : overflows(std::uint64_t{});
 }

@@ -49,8 +49,8 @@ class CORVANE_EXPORT JSONValue {
     }
 
     template <std::floating_point T>
-    constexpr JSONValue(T value) noexcept
-        : value_(static_cast<double>(value)) {}  // NOLINT(google-explicit-constructor)
+    constexpr JSONValue(T value) noexcept  // NOLINT(google-explicit-constructor)
+        : value_(static_cast<double>(value)) {}
 
     JSONValue(JSONNumber number) noexcept;  // NOLINT(google-explicit-constructor)
 

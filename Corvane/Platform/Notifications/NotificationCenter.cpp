@@ -10,7 +10,7 @@ NotificationCenter::~NotificationCenter() {
     registry_->removeAll();
 }
 
-NotificationCenter& NotificationCenter::defaultCenter() noexcept {
+NotificationCenter& NotificationCenter::defaultCenter() {
     static auto* const center = new NotificationCenter;
     return *center;
 }

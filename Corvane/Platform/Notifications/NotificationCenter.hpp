@@ -33,7 +33,7 @@ class CORVANE_EXPORT NotificationCenter {
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 
     /// The process's center, never destroyed.
-    [[nodiscard]] static NotificationCenter& defaultCenter() noexcept;
+    [[nodiscard]] static NotificationCenter& defaultCenter();
 
     /// Observes notifications called `name` for as long as the returned observation lives.
     [[nodiscard]] NotificationObservation addObserver(NotificationName name, Block block);

@@ -128,6 +128,7 @@ TEST(BackgroundTaskRegister, ServesManyThreadsAtOnce) {
     BackgroundTaskRegister tasks;
     {
         std::vector<std::jthread> threads;
+        threads.reserve(4);
         for (int i = 0; i < 4; ++i) {
             threads.emplace_back([&] {
                 for (int round = 0; round < 200; ++round) {

@@ -159,6 +159,7 @@ TEST(JSONValue, LetsThreadsUseCopiesOfOneDocument) {
     auto document = JSONSerialization::jsonObject(R"({"teams":["Rovers","United"],"round":7})");
     ASSERT_TRUE(document);
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([copy = *document, i] {
             JSONDictionary own = *copy.asDictionary();

@@ -168,6 +168,7 @@ TEST(NotificationCenter, ServesManyThreadsAtOnce) {
     const auto counting = center.addObserver(goal, [&](const Notification&) { ++counted; });
     std::latch start(threads);
     std::vector<std::jthread> workers;
+    workers.reserve(threads);
     for (int i = 0; i < threads; ++i) {
         workers.emplace_back([&] {
             start.arrive_and_wait();

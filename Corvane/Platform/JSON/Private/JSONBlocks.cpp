@@ -78,7 +78,7 @@ void JSONDocument::addChunk(std::size_t size) {
 
 const JSONTextBlock* JSONDocument::makeText(std::string_view text) {
     if (text.empty()) return nullptr;
-    std::byte* const memory = allocateBytes(sizeof(JSONTextBlock) + text.size());
+    auto* const memory = static_cast<std::byte*>(allocateBytes(sizeof(JSONTextBlock) + text.size()));
     auto* const block = ::new (memory) JSONTextBlock{{this, text.size()}};
     std::memcpy(memory + sizeof(JSONTextBlock), text.data(), text.size());
     return block;

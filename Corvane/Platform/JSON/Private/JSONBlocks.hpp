@@ -99,7 +99,7 @@ class JSONDocument final : public JSONOwner {
     template <class T>
     [[nodiscard]] T* allocate(std::size_t count) {
         static_assert(alignof(T) <= alignment);
-        return static_cast<T*>(static_cast<void*>(allocateBytes(count * sizeof(T))));
+        return static_cast<T*>(allocateBytes(count * sizeof(T)));
     }
 
     [[nodiscard]] const JSONTextBlock* makeText(std::string_view text);
@@ -107,7 +107,7 @@ class JSONDocument final : public JSONOwner {
   private:
     static constexpr std::size_t alignment = alignof(std::uint64_t);
 
-    [[nodiscard]] std::byte* allocateBytes(std::size_t size) {
+    [[nodiscard]] void* allocateBytes(std::size_t size) {
         size = (size + alignment - 1) / alignment * alignment;
         if (size > left_) addChunk(size);
         left_ -= size;
