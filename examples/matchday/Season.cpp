@@ -145,11 +145,11 @@ JSONDictionary Season::fixtures() const {
 JSONDictionary Season::standings() const {
     std::vector<std::size_t> order(records_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    const auto merit = [this](std::size_t club) {
+    const auto rank = [this](std::size_t club) {
         const Record& record = records_[club];
-        return std::tuple(record.points(), record.scored - record.conceded, record.scored);
+        return std::tuple(-record.points(), record.conceded - record.scored, -record.scored, club);
     };
-    std::ranges::stable_sort(order, std::ranges::greater{}, merit);
+    std::ranges::sort(order, {}, rank);
 
     JSONArray standings;
     for (const std::size_t club : order) {

@@ -25,9 +25,8 @@
 #include "SignalWatcher.hpp"
 #include "Terminal.hpp"
 
+namespace matchday {
 namespace {
-
-using namespace matchday;
 
 enum ExitCode { success = 0, failed = 1, wrongUsage = 2, signalled = 128 };
 
@@ -94,11 +93,7 @@ int run(const Options& options) {
     return failed;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    fillStandardDescriptors();
-    std::signal(SIGPIPE, SIG_IGN);  // A write that nobody reads is an error like any other.
+int runProgram(int argc, char** argv) {
     const auto options = Options::parse(argc, argv);
     if (!options) {
         complain(options.error() + "\nTry 'matchday --help'.");
@@ -112,4 +107,13 @@ int main(int argc, char** argv) {
     }
     corvane::Logging::setLevel(options->logLevel);
     return run(*options);
+}
+
+}  // namespace
+}  // namespace matchday
+
+int main(int argc, char** argv) {
+    matchday::fillStandardDescriptors();
+    std::signal(SIGPIPE, SIG_IGN);  // A write that nobody reads is an error like any other.
+    return matchday::runProgram(argc, argv);
 }
