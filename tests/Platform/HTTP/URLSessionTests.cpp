@@ -1,7 +1,5 @@
-#include <atomic>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -13,7 +11,6 @@
 namespace corvane {
 namespace {
 
-using testing::LoopbackFault;
 using testing::LoopbackRequest;
 using testing::LoopbackResponse;
 
@@ -93,27 +90,6 @@ TEST_F(URLSessionTest, RefusesBadRequestsWithoutTheNetwork) {
     EXPECT_EQ(server.connectionsAccepted(), 0U);
 }
 
-TEST_F(URLSessionTest, FollowsRedirectsToTheirEnd) {
-    server.route("*", "/from", LoopbackResponse::redirect("/to", 303));
-    server.route("GET", "/to", LoopbackResponse::json("there").with("X-Day", "3"));
-    server.route("GET", "/loop", LoopbackResponse::redirect("/loop"));
-    auto post = request("/from#part");
-    post.setHttpMethod("POST");
-    post.setHttpBody(Data(std::string_view("payload")));
-    const auto found = load(post);
-    EXPECT_EQ(found.body(), "there");
-    EXPECT_EQ(found.response->url().absoluteString(), server.url("/to#part"));
-    EXPECT_EQ(server.requests().back().method, "GET");
-    EXPECT_EQ(server.requests().back().body, "");
-
-    const auto before = server.requestCount();
-    const auto lost = load(request("/loop"));
-    EXPECT_EQ(lost.code(), -1007);
-    EXPECT_FALSE(lost.data);
-    EXPECT_EQ(server.requestCount() - before, 21U);
-    EXPECT_EQ(server.connectionsAccepted(), 1U);
-}
-
 TEST_F(URLSessionTest, DeliversOnItsQueueAndLetsTheHandlerGo) {
     const auto queue = DispatchQueue::serial("test.delegate");
     const auto own = URLSession::make(URLSessionConfiguration::ephemeral(), nullptr, queue);
@@ -145,36 +121,6 @@ TEST_F(URLSessionTest, DeliversOnItsQueueAndLetsTheHandlerGo) {
     EXPECT_EQ(task->state(), URLSessionTaskState::completed);
 }
 
-TEST_F(URLSessionTest, CancelsInEveryStateExactlyOnce) {
-    server.route("GET", "/held", LoopbackResponse::held());
-    Completions completions;
-    const auto unstarted = session->dataTask(request("/held"), completions.handler());
-    unstarted->cancel();
-    EXPECT_EQ(completions.wait(1).code(), -999);
-    unstarted->resume();
-
-    const auto sent = session->dataTask(request("/held"), completions.handler());
-    sent->resume();
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    sent->cancel();
-    sent->cancel();
-    EXPECT_TRUE(exchange->waitForHangUp());
-    EXPECT_EQ(completions.wait(2).code(), -999);
-
-    const auto reading = session->dataTask(request("/held"), completions.handler());
-    reading->resume();
-    const auto second = server.waitForHeldExchange();
-    ASSERT_TRUE(second);
-    second->send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n12345");
-    reading->suspend();
-    reading->cancel();
-    EXPECT_TRUE(second->waitForHangUp());
-    EXPECT_EQ(completions.wait(3).code(), -999);
-    EXPECT_FALSE(completions.wait(3).data);
-    EXPECT_EQ(completions.all().size(), 3U);
-}
-
 TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBack) {
     server.route("GET", "/held", LoopbackResponse::held());
     server.route("GET", "/x", LoopbackResponse::json("x"));
@@ -198,26 +144,9 @@ TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBack) {
     EXPECT_EQ(completions.wait().body(), "late");
 }
 
-TEST_F(URLSessionTest, TimesOutWhenNothingMoves) {
-    testing::VirtualClock clock;
-    server.route("GET", "/held", LoopbackResponse::held());
-    Completions completions;
-    auto asked = request("/held");
-    asked.setTimeoutInterval(30);
-    session->dataTask(asked, completions.handler())->resume();
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    clock.advance(29.9);
-    EXPECT_TRUE(completions.all().empty());
-    clock.advance(0.1);
-    EXPECT_EQ(completions.wait().code(), -1001);
-    EXPECT_TRUE(exchange->waitForHangUp());
-}
-
 TEST_F(URLSessionTest, DoesNotTimeOutWhileSuspendedOrWhileBytesMove) {
     testing::VirtualClock clock;
     server.route("GET", "/held", LoopbackResponse::held());
-    server.route("POST", "/sink", [](const LoopbackRequest&) { return LoopbackResponse::json("done"); });
     auto configuration = URLSessionConfiguration::ephemeral();
     configuration.timeoutIntervalForRequest = 5;
     const auto own = URLSession::make(configuration);
@@ -295,35 +224,6 @@ TEST_F(URLSessionTest, FinishesTheTasksOfADroppedSession) {
     EXPECT_FALSE(weak.expired());
     exchange->respond(LoopbackResponse::json("late"));
     EXPECT_EQ(completions.wait().body(), "late");
-}
-
-TEST_F(URLSessionTest, CompletesEveryTaskOnceUnderFire) {
-    server.route("GET", "/x", LoopbackResponse::json(std::string(5000, 'x')));
-    constexpr std::size_t threads = 4;
-    constexpr std::size_t each = 50;
-    Completions completions;
-    std::vector<std::thread> callers;
-    for (std::size_t t = 0; t < threads; ++t) {
-        callers.emplace_back([&, t] {
-            for (std::size_t i = 0; i < each; ++i) {
-                const auto task = session->dataTask(request("/x"), completions.handler());
-                task->setPriority(i % 2 == 0 ? URLSessionDataTask::highPriority : URLSessionDataTask::lowPriority);
-                task->resume();
-                if ((i + t) % 3 == 0) task->suspend();
-                if ((i + t) % 5 == 0) task->cancel();
-                task->resume();
-            }
-        });
-    }
-    for (auto& caller : callers)
-        caller.join();
-    static_cast<void>(completions.wait(threads * each));
-    session->finishTasksAndInvalidate();
-    EXPECT_EQ(completions.all().size(), threads * each);
-    for (const auto& completion : completions.all()) {
-        EXPECT_TRUE(completion.code() == -999 || completion.body().size() == 5000) << completion.code();
-    }
-    EXPECT_LE(server.connectionsOpen(), 64U);
 }
 
 }  // namespace
