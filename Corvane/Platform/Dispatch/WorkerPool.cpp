@@ -88,28 +88,35 @@ QoSClass WorkerPool::classOfThisThread() noexcept {
 }
 
 void WorkerPool::push(Work&& work) {
-    Worker* worker = nullptr;
-    bool needsSupervisor = false;
+    Help help;
     {
         const std::lock_guard lock(mutex_);
         waiting_.pushBack(std::move(work));
         noteWaiting();
-        if (idle_ != nullptr) {
-            worker = std::exchange(idle_, idle_->nextIdle);
-        } else if (workerCount_ < baseWorkers_) {
-            ++workerCount_;
-            ++toStart_;
-            needsSupervisor = true;
-        } else if (!isSupervised_) {
-            isSupervised_ = true;
-            needsSupervisor = true;
-        }
+        help = summon();
     }
-    if (worker != nullptr) {
-        worker->wakeWord.set();
-    } else if (needsSupervisor) {
-        PoolSupervisor::shared().attend();
+    give(help);
+}
+
+/// Decides who shall look after blocks that wait, in the queue or in a batch. One idle worker is woken at a time: it
+/// summons the next itself when it leaves something, and often it does not have to.
+WorkerPool::Help WorkerPool::summon() noexcept {
+    if (idle_ != nullptr) {
+        if (isWaking_) return {};
+        isWaking_ = true;
+        return {.worker = std::exchange(idle_, idle_->nextIdle)};
     }
+    if (workerCount_ < baseWorkers_) {
+        ++workerCount_;
+        ++toStart_;
+        return {.needsSupervisor = true};
+    }
+    return {.needsSupervisor = !std::exchange(isSupervised_, true)};
+}
+
+void WorkerPool::give(Help help) noexcept {
+    if (help.worker != nullptr) help.worker->wakeWord.set();
+    if (help.needsSupervisor) PoolSupervisor::shared().attend();
 }
 
 bool WorkerPool::hasWaiting() const noexcept {
@@ -150,11 +157,14 @@ void WorkerPool::serve(Worker& worker) noexcept {
             ClockClients::announceChange();
             worker.wakeWord.wait();
             lock.lock();
+            isWaking_ = false;
             continue;
         }
         takeBatch(worker);
         const std::size_t size = worker.size;
+        const Help help = size > 1 || !waiting_.empty() ? summon() : Help();
         lock.unlock();
+        give(help);
         const std::size_t ran = runBatch(worker, size);
         lock.lock();
         worker.size = 0;

@@ -44,18 +44,18 @@ TEST(WorkerPool, MakesProgressWhileSixtyThreeBlocksBlock) {
 
 TEST(WorkerPool, ABlockBehindABlockedOneIsTakenOver) {
     DispatchQueue& queue = DispatchQueue::global(QoSClass::userInitiated);
-    for (int round = 0; round < 50; ++round) {
-        std::binary_semaphore first(0);
-        std::latch done(21);
+    for (int round = 0; round < 300; ++round) {
+        const int between = round % 25;
+        std::binary_semaphore lastHasRun(0);
+        std::latch done(between + 2);
         queue.async([&] {
-            // What was queued behind this block has to run first.
-            first.acquire();
+            lastHasRun.acquire();
             done.count_down();
         });
-        for (int count = 0; count < 19; ++count)
+        for (int count = 0; count < between; ++count)
             queue.async([&] { done.count_down(); });
         queue.async([&] {
-            first.release();
+            lastHasRun.release();
             done.count_down();
         });
         done.wait();

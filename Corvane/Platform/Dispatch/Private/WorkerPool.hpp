@@ -75,9 +75,16 @@ class WorkerPool final : public ClockClient {
         [[nodiscard]] std::size_t rest() const noexcept;
     };
 
+    struct Help {
+        Worker* worker = nullptr;
+        bool needsSupervisor = false;
+    };
+
     static void runThread(WorkerPool& pool, Worker& worker) noexcept;
     void serve(Worker& worker) noexcept;
     std::size_t runBatch(Worker& worker, std::size_t size) noexcept;
+    [[nodiscard]] Help summon() noexcept;
+    static void give(Help help) noexcept;
     void takeBatch(Worker& worker);
     void takeBack(Worker& worker);
     void takeBackFromOthers(const Worker& worker);
@@ -97,6 +104,8 @@ class WorkerPool final : public ClockClient {
     std::vector<std::unique_ptr<Worker>> workers_;
     std::vector<Worker*> gone_;
     Worker* idle_ = nullptr;
+    /// Whether an idle worker was woken and has not come yet.
+    bool isWaking_ = false;
     std::size_t workerCount_ = 0;
     std::size_t toStart_ = 0;
     bool isSupervised_ = false;
