@@ -1,12 +1,16 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <curl/curl.h>
 
 #include "Origin.hpp"
+#include "benchmarks/Limits.hpp"
 
 /// A libcurl handle that gathers the body in a string.
 class CurlTransfer {
@@ -77,6 +81,49 @@ class CurlEasyWith {
 
 using CurlEasy = CurlEasyWith<0>;
 using CurlEasy512k = CurlEasyWith<512L * 1024>;
+
+/// The limit of calls that do not block the caller: a reused easy handle on a thread of its own, one futex word there
+/// and one back.
+class CurlEasyThread {
+  public:
+    ~CurlEasyThread() {
+        work_ = nullptr;
+        asked_.set();
+        thread_.join();
+    }
+
+    std::size_t get(std::size_t document) {
+        std::size_t size = 0;
+        run([&] { size = client_.get(document); });
+        return size;
+    }
+
+    int getConditionally() {
+        int status = 0;
+        run([&] { status = client_.getConditionally(); });
+        return status;
+    }
+
+  private:
+    void run(std::function<void()> work) {
+        work_ = std::move(work);
+        asked_.set();
+        answered_.wait();
+    }
+
+    void serve() {
+        for (asked_.wait(); work_; asked_.wait()) {
+            work_();
+            answered_.set();
+        }
+    }
+
+    CurlEasy client_;
+    std::function<void()> work_;
+    limits::Event asked_;
+    limits::Event answered_;
+    std::thread thread_{[this] { serve(); }};
+};
 
 /// 64 reused handles under one curl_multi_poll.
 class CurlMultiPoll {

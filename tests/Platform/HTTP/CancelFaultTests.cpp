@@ -105,7 +105,6 @@ TEST_F(CancelFault, AfterItsCompletionAndInsideIt) {
                              [&task, handler = completions.handler()](auto data, auto response, auto error) mutable {
                                  task->cancel();
                                  handler(std::move(data), std::move(response), std::move(error));
-                                 task.reset();
                              });
     expectOneMore();
     task->resume();
