@@ -21,17 +21,8 @@ class SystemClock final : public Clock {
     }
 };
 
-/// Keeps a clock that is never destroyed: threads may read the time until the process is gone.
-union Immortal {
-    constexpr Immortal() noexcept : clock() {}
-
-    constexpr ~Immortal() {}  // NOLINT(modernize-use-equals-default): a defaulted one would be deleted
-
-    SystemClock clock;
-};
-
-constinit Immortal systemClock;
-constinit std::atomic<Clock*> clockInForce = &systemClock.clock;
+constinit SystemClock systemClock;
+constinit std::atomic<Clock*> clockInForce = &systemClock;
 
 }  // namespace
 
@@ -40,7 +31,7 @@ Clock& Clock::current() noexcept {
 }
 
 void Clock::setCurrent(Clock* clock) noexcept {
-    clockInForce.store(clock != nullptr ? clock : &systemClock.clock, std::memory_order_release);
+    clockInForce.store(clock != nullptr ? clock : &systemClock, std::memory_order_release);
     ClockClients::announceMove();
 }
 

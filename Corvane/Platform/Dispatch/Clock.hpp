@@ -17,8 +17,6 @@ using SteadyInstant = std::chrono::time_point<std::chrono::steady_clock, std::ch
 /// All operations may be called on any thread.
 class CORVANE_EXPORT Clock {
   public:
-    virtual ~Clock() = default;
-
     /// Monotonic time; deadlines of timers, delayed work and timeouts are counted on it.
     [[nodiscard]] virtual SteadyInstant uptime() const noexcept = 0;
 
@@ -35,6 +33,10 @@ class CORVANE_EXPORT Clock {
     /// Puts `clock` in force, or the system's clock when it is null, and wakes everything that waits. The clock
     /// must outlive its time in force. For tests: deadlines that are pending at the change are not converted.
     static void setCurrent(Clock* clock) noexcept;
+
+  protected:
+    // Nobody owns a clock by this type, and the system's clock, which is never destroyed, needs no destructor.
+    ~Clock() = default;
 };
 
 /// The instant `seconds` from now on the clock in force: now for zero, negative or not-a-number, and the last

@@ -25,14 +25,6 @@ TEST(Clock, DeadlinesSaturateAndNeverLieInThePast) {
     EXPECT_EQ(deadlineAfter(9.0e9) - now, std::chrono::seconds(9'000'000'000));
 }
 
-TEST(Clock, SystemClockWaitsForDeadlinesOnly) {
-    const Clock& clock = Clock::current();
-    const SteadyInstant now = clock.uptime();
-    EXPECT_EQ(clock.timeToWait(now), std::chrono::nanoseconds::zero());
-    EXPECT_GT(clock.timeToWait(now + std::chrono::hours(1)), std::chrono::minutes(59));
-    EXPECT_EQ(clock.timeToWait(SteadyInstant::max()), std::nullopt);
-}
-
 TEST(Thread, TellsTheFirstThreadFromOthers) {
     EXPECT_TRUE(Thread::isMainThread());
     Thread::assumeMainExecutor();

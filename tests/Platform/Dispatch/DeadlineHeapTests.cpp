@@ -114,19 +114,5 @@ TEST(DeadlineHeap, GivesWhatAPlainListWouldGive) {
         pair.step();
 }
 
-TEST(DeadlineHeap, KnowsAMoveAfterTheEntryCameDue) {
-    DeadlineHeap<Entry> heap;
-    const auto entry = std::make_shared<Entry>(0);
-    static_cast<void>(entry->moveTo(at(1)));
-    heap.arm(entry);
-    ASSERT_EQ(heap.takeDue(at(5)), entry);
-    EXPECT_FALSE(entry->isMoved());
-    EXPECT_TRUE(entry->moveTo(at(7)));
-    EXPECT_FALSE(heap.hasten(*entry));
-    EXPECT_FALSE(entry->setUnlessMoved(at(9)));
-    heap.arm(entry);
-    EXPECT_EQ(heap.next(), at(7));
-}
-
 }  // namespace
 }  // namespace corvane

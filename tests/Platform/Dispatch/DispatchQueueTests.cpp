@@ -28,20 +28,6 @@ int niceOfThisThread() {
     return ::getpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()));
 }
 
-TEST(DispatchQueue, TheMainQueueRunsOnTheMainThreadInOrder) {
-    std::vector<int> ran;
-    for (int number = 0; number < 3; ++number) {
-        DispatchQueue::main().async([&, number] {
-            EXPECT_TRUE(Thread::isMainThread());
-            EXPECT_TRUE(DispatchQueue::main().isCurrent());
-            ran.push_back(number);
-        });
-    }
-    EXPECT_TRUE(ran.empty());
-    RunLoop::main().drain();
-    EXPECT_THAT(ran, ElementsAre(0, 1, 2));
-}
-
 TEST(DispatchQueue, GlobalWorkersCarryTheNiceValueOfTheirClass) {
     const struct {
         QoSClass qosClass;
@@ -189,16 +175,6 @@ TEST(DispatchQueue, DelayedBlocksComeInOrderOnTheClockInForce) {
         clock.advance(0.001);
         EXPECT_THAT(ran, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
     }
-}
-
-TEST(DispatchQueue, DelayedBlocksRunOnTheSystemsClock) {
-    std::promise<void> done;
-    const SteadyInstant start = Clock::current().uptime();
-    DispatchQueue::global().asyncAfter(0.002, [&] {
-        EXPECT_GE(Clock::current().uptime() - start, std::chrono::milliseconds(2));
-        done.set_value();
-    });
-    done.get_future().wait();
 }
 
 TEST(DispatchQueue, NothingIsLostBetweenQueuesUnderStress) {

@@ -153,19 +153,6 @@ TEST(RunLoop, TellsAForeignLoopWhenThereIsSomethingToDo) {
     EXPECT_FALSE(isReadable(descriptor, 0));
 }
 
-TEST(RunLoop, DrivesAForeignLoopOnTheVirtualClock) {
-    testing::VirtualClock clock;
-    RunLoop& loop = RunLoop::main();
-    const int descriptor = loop.pollDescriptor();
-    bool fired = false;
-    const auto timer = Timer::scheduled(3600, false, [&](Timer&) { fired = true; });
-    while (loop.drain()) {
-    }
-    EXPECT_FALSE(isReadable(descriptor, 0));
-    clock.advance(3600);
-    EXPECT_TRUE(fired);
-}
-
 TEST(RunLoop, AThreadsLoopEndsWithTheThread) {
     const auto token = std::make_shared<int>();
     std::shared_ptr<Timer> timer;
@@ -187,14 +174,6 @@ TEST(RunLoop, AThreadsLoopEndsWithTheThread) {
     EXPECT_FALSE(timer->isValid());
     timer->restart(1);
     timer->invalidate();
-}
-
-TEST(RunLoop, DestroysABlockRightAfterItHasRun) {
-    RunLoop& loop = RunLoop::main();
-    auto token = std::make_shared<int>();
-    loop.perform([held = token] {});
-    loop.perform([&token] { EXPECT_EQ(token.use_count(), 1); });
-    loop.drain();
 }
 
 TEST(RunLoopDeathTest, MisuseStopsTheProcess) {

@@ -4,12 +4,10 @@
 #include <latch>
 #include <memory>
 #include <semaphore>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
-#include <Corvane/Platform/Dispatch/Private/WorkRing.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
@@ -89,24 +87,6 @@ TEST(WorkerPoolDeathTest, TheProcessExitsCleanlyWhileWorkersWork) {
             std::exit(7);
         },
         ::testing::ExitedWithCode(7), "");
-}
-
-TEST(WorkRing, KeepsOrderWhileItGrowsAndTurns) {
-    WorkRing ring;
-    int ran = 0;
-    int queued = 0;
-    const auto block = [&](int number) { return Work([&ran, number] { EXPECT_EQ(ran++, number); }); };
-    for (int round = 0; round < 50; ++round) {
-        for (int count = 0; count < 7 * round; ++count)
-            ring.pushBack(block(queued++));
-        for (int count = 0; count < 5 * round; ++count)
-            ring.popFront()();
-        if (ring.empty()) continue;
-        ring.pushFront(ring.popFront());
-    }
-    while (!ring.empty())
-        ring.popFront()();
-    EXPECT_EQ(ran, queued);
 }
 
 }  // namespace
