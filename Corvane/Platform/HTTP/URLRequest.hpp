@@ -43,9 +43,10 @@ class CORVANE_EXPORT URLRequest {
 
     void setCachePolicy(URLRequestCachePolicy policy) noexcept { cachePolicy_ = policy; }
 
-    /// Seconds that may pass without a byte in either direction (connecting included) before the task fails
-    /// with `URLError::timedOut`; there is no limit to the whole. 60 when the request states none, and then
-    /// the session's `timeoutIntervalForRequest` counts. What is not greater than zero counts as not stated.
+    /// Seconds that may pass without a byte in either direction before the task fails with `URLError::timedOut`;
+    /// they start at `resume`, so that waiting for a connection and making it count. There is no limit to the whole.
+    /// 60 when the request states none, and then the session's `timeoutIntervalForRequest` counts. What is not
+    /// greater than zero counts as not stated.
     [[nodiscard]] double timeoutInterval() const noexcept;
 
     [[nodiscard]] bool statesTimeoutInterval() const noexcept { return timeoutInterval_.has_value(); }

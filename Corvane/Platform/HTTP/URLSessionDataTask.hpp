@@ -45,8 +45,8 @@ class CORVANE_EXPORT URLSessionDataTask {
     /// `resume` or `cancel`: the bytes on their way still arrive. Its timeout does not run meanwhile.
     virtual void suspend() = 0;
 
-    /// Completes the task with `URLError::cancelled`, started or not; does nothing once it has an outcome.
-    /// Never waits for the network, nor for a name resolver that hangs.
+    /// Completes the task with `URLError::cancelled`, started or not; does nothing once its completion is on its
+    /// way. Never waits for the network, nor for a name resolver that hangs.
     virtual void cancel() = 0;
 
     [[nodiscard]] virtual URLSessionTaskState state() const = 0;
