@@ -72,7 +72,8 @@ class CORVANE_EXPORT LoopbackServer {
     void refuseConnections();
     void acceptConnections();
 
-    /// Closes in order all connections without a request under way, as a server does with kept connections.
+    /// Closes in order all connections that were kept open after an answer and carry no request now, as a server does
+    /// that needs room.
     void closeIdleConnections();
 
     /// What came in so far, in the order of arrival.

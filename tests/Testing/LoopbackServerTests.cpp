@@ -242,17 +242,22 @@ TEST(LoopbackServer, RefusesAndAcceptsConnectionsOnTheSamePort) {
 TEST(LoopbackServer, ClosesIdleConnectionsInOrder) {
     LoopbackServer server;
     server.route("GET", "/held", LoopbackResponse::held());
+    RawClient fresh(server.port());
     RawClient idle(server.port());
+    idle.send("GET / HTTP/1.1\r\nHost: h\r\n\r\n");
+    EXPECT_THAT(idle.receiveUntil("\r\n\r\n"), StartsWith("HTTP/1.1 404 "));
     RawClient busy(server.port());
     busy.send(get("/held"));
     const auto exchange = server.waitForHeldExchange();
     ASSERT_TRUE(exchange);
-    ASSERT_TRUE(server.waitForOpenConnections(2));
+    ASSERT_TRUE(server.waitForOpenConnections(3));
     server.closeIdleConnections();
     EXPECT_EQ(idle.receiveAll(), "");
     EXPECT_FALSE(idle.wasReset());
     exchange->respond({.body = "late"});
     EXPECT_THAT(busy.receiveAll(), EndsWith("late"));
+    fresh.send(get("/"));
+    EXPECT_THAT(fresh.receiveAll(), StartsWith("HTTP/1.1 404 "));
 }
 
 TEST(LoopbackServer, EndsWhateverItsConnectionsAreDoing) {

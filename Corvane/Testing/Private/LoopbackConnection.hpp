@@ -36,7 +36,10 @@ class LoopbackConnection {
     /// Whether the connection has ended and is to be destroyed, which closes the socket.
     [[nodiscard]] bool isOver() const noexcept { return isOver_; }
 
-    [[nodiscard]] bool isIdle() const noexcept { return !isAnswering_ && output_.empty() && parser_.buffered() == 0; }
+    /// Whether it was kept open after an answer and nothing has come since.
+    [[nodiscard]] bool isKept() const noexcept {
+        return exchange_ > 0 && !isAnswering_ && output_.empty() && parser_.buffered() == 0;
+    }
 
     void becameReadable();
 

@@ -74,7 +74,7 @@ void LoopbackEngine::closeIdleConnections() {
     post([this] {
         std::vector<std::uint64_t> idle;
         for (const auto& [number, connection] : connections_) {
-            if (connection.isIdle()) idle.push_back(number);
+            if (connection.isKept()) idle.push_back(number);
         }
         for (const std::uint64_t number : idle) {
             LoopbackConnection& connection = connections_.at(number);

@@ -79,7 +79,8 @@ TEST_F(Soak, EveryTaskCompletesOnceWhateverHappensToIt) {
         }
     }
     server.closeIdleConnections();
-    EXPECT_EQ(loadOne(request("/0")).status(), 200);
+    const Completion last = loadOne(request("/0"));
+    EXPECT_EQ(last.status(), 200) << (last.error ? last.error->description() : "");
 }
 
 TEST_F(Soak, SessionsEndInWhateverOrder) {
