@@ -38,8 +38,10 @@ void DocumentReport::start() {
 
 void DocumentReport::ask(std::optional<std::string> ifModifiedSince, void (DocumentReport::*next)(const Answer&)) {
     const auto request = SimpleHttpRequest::make({.ifModifiedSince = std::move(ifModifiedSince), .url = url_});
+    auto urlRequest = request->urlRequest();
+    if (!urlRequest) return end(corvane::SimpleHttpResponse::Errors::invalidUrl().localizedDescription());
     const auto task = manager_->createTask(
-        *request->urlRequest(), request->isEphemeral(),
+        *std::move(urlRequest), request->isEphemeral(),
         [request, next, weak = weak_from_this(), start = std::chrono::steady_clock::now()](
             std::optional<corvane::Data> data, std::shared_ptr<const corvane::HTTPURLResponse> head,
             std::optional<corvane::PlatformError> error) {
@@ -64,14 +66,15 @@ void DocumentReport::showDocument(const Answer& answer) {
     field("Status", fmt::format("{}, {}", statusText(head->statusCode()), head->httpVersion()));
     field("Content-Type", head->value("Content-Type").value_or("not stated"));
     field("Last-Modified", response.lastModified().value_or("not stated"));
-    const std::size_t size = response.data() ? response.data()->size() : 0;
+    const auto& body = response.data();
+    const std::size_t size = body ? body->size() : 0;
     field("Size", size < 1024 ? sizeText(size) : fmt::format("{} ({} bytes)", sizeText(size), size));
     field("Time", durationText(milliseconds));
     terminal_.line();
 
     if (const auto reason = failureText(response)) return end(reason);
-    if (!response.data()) return end("the server claims that we have the document already");
-    const auto json = corvane::JSONSerialization::jsonObject(*response.data());
+    if (!body) return end("the server claims that we have the document already");
+    const auto json = corvane::JSONSerialization::jsonObject(*body);
     if (!json) return end("the document is not JSON: " + json.error().localizedDescription());
     const auto pretty = corvane::JSONSerialization::data(*json, {.prettyPrinted = true});
     if (!pretty) return end(pretty.error().localizedDescription());

@@ -51,7 +51,8 @@ std::string statusText(int status) {
 
 std::optional<std::string> failureText(const SimpleHttpResponse& response) {
     const auto& status = response.statusCode();
-    if (!status) return response.error() ? response.error()->localizedDescription() : "there was no response";
+    const auto& error = response.error();
+    if (!status) return error ? error->localizedDescription() : "there was no response";
     if (response.isNotModified()) return std::nullopt;
     if (!HTTPStatusCode::isSuccessful(*status)) return "the server answered " + statusText(*status);
     if (!response.data()) return "the document is empty";

@@ -71,6 +71,7 @@ std::expected<Options, std::string> Options::parse(int argc, char** argv) {
     Options options;
     std::optional<std::string> failure;
     opterr = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one command line, read before other threads start.
     for (int option = 0; !failure && (option = getopt_long(argc, argv, ":hV", longOptions, nullptr)) != -1;) {
         switch (option) {
             case 'u':

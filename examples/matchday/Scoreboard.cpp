@@ -185,8 +185,8 @@ std::optional<JSONValue> Scoreboard::take(const Download& download) {
     printRequest(download);
     auto failure = failureText(download.response);
     if (!failure && download.response.isNotModified()) return JSONValue();
-    if (!failure) {
-        auto json = corvane::JSONSerialization::jsonObject(*download.response.data());
+    if (const auto& body = download.response.data(); body && !failure) {
+        auto json = corvane::JSONSerialization::jsonObject(*body);
         if (json && terminal_.isWritable()) return *std::move(json);
         if (!json) failure = json.error().localizedDescription();
     }
@@ -207,14 +207,15 @@ void Scoreboard::heading(std::string_view text) {
 
 void Scoreboard::printRequest(const Download& download) {
     const auto& response = download.response;
+    const auto& body = response.data();
     const int status = response.statusCode().value_or(0);
     const Style style = response.error() || corvane::HTTPStatusCode::isClientOrServerError(status) ? Style::bad
                         : response.isNotModified()                                                 ? Style::faint
                                                                                                    : Style::good;
-    terminal_.line(fmt::format(
-        "  {:<4}  {:<16}  {:<10}  {}  {:>9}  {:>9}", download.method, download.path,
-        download.isEphemeral ? "ephemeral" : "default", terminal_.styled(style, status != 0 ? text(status) : "---"),
-        response.data() ? sizeText(response.data()->size()) : "no body", durationText(download.milliseconds)));
+    terminal_.line(fmt::format("  {:<4}  {:<16}  {:<10}  {}  {:>9}  {:>9}", download.method, download.path,
+                               download.isEphemeral ? "ephemeral" : "default",
+                               terminal_.styled(style, status != 0 ? text(status) : "---"),
+                               body ? sizeText(body->size()) : "no body", durationText(download.milliseconds)));
 }
 
 void Scoreboard::printFixtures(const std::set<std::int64_t>& changed) {

@@ -38,6 +38,7 @@ void forEachCharacter(std::string_view text, const Visit& visit) {
     std::mbstate_t state{};
     while (!text.empty()) {
         wchar_t character = 0;
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): the state is our own.
         std::size_t length = std::mbrtowc(&character, text.data(), text.size(), &state);
         if (length == 0) length = 1;
         if (length > text.size()) {
@@ -63,8 +64,10 @@ bool isObeyed(wchar_t character) {
 
 bool allowsColors(ColorMode mode) {
     if (mode != ColorMode::automatic) return mode == ColorMode::always;
+    // NOLINTBEGIN(concurrency-mt-unsafe): nobody in this program changes the environment.
     const char* const none = std::getenv("NO_COLOR");
     const char* const terminal = std::getenv("TERM");
+    // NOLINTEND(concurrency-mt-unsafe)
     return isatty(STDOUT_FILENO) == 1 && (none == nullptr || *none == '\0') && terminal != nullptr &&
            std::string_view(terminal) != "dumb";
 }

@@ -4,11 +4,11 @@
 #include <cerrno>
 #include <clocale>
 #include <csignal>
-#include <cstring>
 #include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -88,7 +88,7 @@ int run(const Options& options) {
     if (terminal.isWritable() || exitCode != success) return exitCode;
     // A reader that has seen enough, as in a pipe to head, needs no explanation.
     if (terminal.failure() != EPIPE) {
-        complain(fmt::format("cannot write the output: {}", std::strerror(terminal.failure())));
+        complain(fmt::format("cannot write the output: {}", std::generic_category().message(terminal.failure())));
     }
     return failed;
 }
