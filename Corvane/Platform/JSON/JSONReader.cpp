@@ -14,6 +14,7 @@
 
 #include <Corvane/Platform/Data.hpp>
 #include <Corvane/Platform/JSON/Private/JSONBlocks.hpp>
+#include <Corvane/Platform/JSON/Private/JSONErrors.hpp>
 #include <Corvane/Platform/JSON/Private/JSONReader.hpp>
 
 namespace corvane::detail {
@@ -152,30 +153,11 @@ class TreeBuilder {
     JSONDocument& document_;
 };
 
-JSONErrorCode errorCode(simdjson::error_code error) {
-    switch (error) {
-        case simdjson::EMPTY:
-            return JSONErrorCode::emptyInput;
-        case simdjson::UTF8_ERROR:
-            return JSONErrorCode::invalidUTF8;
-        case simdjson::DEPTH_ERROR:
-            return JSONErrorCode::tooDeep;
-        case simdjson::NUMBER_ERROR:
-            return JSONErrorCode::invalidNumber;
-        case simdjson::CAPACITY:
-            return JSONErrorCode::tooLarge;
-        case simdjson::MEMALLOC:
-            return JSONErrorCode::outOfMemory;
-        default:
-            return JSONErrorCode::malformed;
-    }
-}
-
 std::expected<JSONValue, JSONErrorCode> parse(std::string_view padded) {
     dom::parser& parser = threadParser();
     dom::element root;
     if (const auto error = parser.parse(padded.data(), padded.size(), false).get(root)) {
-        return std::unexpected(errorCode(error));
+        return std::unexpected(jsonErrorCode(error));
     }
     // Blocks take two to four times the text they are read from; what is left over is never touched.
     auto document = std::make_unique<JSONDocument>(padded.size() * 3 + 64);

@@ -127,8 +127,8 @@ bool JSONValue::operator==(const JSONValue& other) const {
 }
 
 std::string JSONValue::description() const {
-    detail::JSONWriter writer({}, detail::JSONWriter::Strictness::lenient);
-    writer.write(*this);
+    detail::JSONTextWriter writer(false);
+    detail::JSONWriter(writer, false, detail::JSONWriter::Strictness::lenient).write(*this);
     return std::move(writer).text();
 }
 

@@ -1,0 +1,354 @@
+#include <array>
+#include <cstring>
+
+#include <Corvane/Platform/JSON/JSONCursor.hpp>
+#include <Corvane/Platform/JSON/JSONValue.hpp>
+#include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
+#include <Corvane/Platform/JSON/Private/JSONReader.hpp>
+#include <Corvane/Platform/JSON/Private/JSONStructure.hpp>
+
+namespace corvane::detail {
+
+namespace {
+
+constexpr std::size_t maximumDepth = JSONSerialization::maximumDepth;
+
+/// Where the first backslash is; the size when there is none. Reads eight bytes at a time, also beyond the end.
+std::size_t findEscape(std::string_view raw, std::size_t from = 0) noexcept {
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    constexpr std::uint64_t backslashes = ones * '\\';
+    for (std::size_t i = from; i < raw.size(); i += sizeof(std::uint64_t)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, raw.data() + i, sizeof word);
+        word ^= backslashes;
+        if (((word - ones) & ~word & (ones << 7)) == 0) continue;
+        const std::size_t position = raw.find('\\', i);
+        return position < raw.size() ? position : raw.size();
+    }
+    return raw.size();
+}
+
+}  // namespace
+
+JSONCursor::JSONCursor(std::string_view text, JSONStructure& structure)
+    : text_(text.data()),
+      tokens_(structure.tokens().data()),
+      size_(static_cast<std::uint32_t>(text.size())),
+      tokenCount_(static_cast<std::uint32_t>(structure.tokens().size())),
+      structure_(structure) {}
+
+// Tokens
+
+std::string_view JSONCursor::tokenText() const noexcept {
+    if (at_ >= tokenCount_) return {};
+    std::string_view token(text_ + tokens_[at_], tokenEnd());
+    while (isWhitespace(token.back()))
+        token.remove_suffix(1);
+    return token;
+}
+
+bool JSONCursor::take(char character) noexcept {
+    if (peek() != character) return false;
+    ++at_;
+    return true;
+}
+
+bool JSONCursor::isLiteral(std::string_view literal) const noexcept {
+    const char* const begin = text_ + tokens_[at_];
+    const char* const end = begin + literal.size();
+    const char* const limit = tokenEnd();
+    return end <= limit && std::memcmp(begin, literal.data(), literal.size()) == 0 &&
+           (end == limit || isWhitespace(*end));
+}
+
+bool JSONCursor::rawText(std::string_view& raw) const noexcept {
+    // Behind a text's closing quote there is at most white space before the next token.
+    const char* const begin = text_ + tokens_[at_] + 1;
+    const char* last = tokenEnd() - 1;
+    while (isWhitespace(*last))
+        --last;
+    if (last < begin || *last != '"') return false;
+    raw = {begin, last};
+    return true;
+}
+
+bool JSONCursor::unescape(std::string_view& raw) {
+    if (findEscape(raw) == raw.size()) return true;
+    const auto plain = structure_.unescaped(raw, scratch_);
+    if (!plain) return false;
+    raw = *plain;
+    return true;
+}
+
+bool JSONCursor::hasValidEscapes(std::string_view raw) {
+    for (std::size_t i = findEscape(raw); i < raw.size(); i = findEscape(raw, i + 2)) {
+        const char escape = raw[i + 1];
+        if (escape == 'u') return unescape(raw);
+        if (!std::string_view("\"\\/bfnrt").contains(escape)) return false;
+    }
+    return true;
+}
+
+bool JSONCursor::readKey(std::string_view& key) {
+    if (peek() != '"' || !rawText(key) || !unescape(key)) return false;
+    ++at_;
+    return take(':');
+}
+
+std::string_view JSONCursor::kept(std::string_view text) {
+    const bool isInDocument = text.data() >= text_ && text.data() < text_ + size_;
+    return isInDocument ? text : keptTexts_.emplace_back(text);
+}
+
+// Scalars
+
+bool JSONCursor::readNull() noexcept {
+    if (peek() != 'n' || !isLiteral("null")) return false;
+    ++at_;
+    return true;
+}
+
+bool JSONCursor::read(bool& value, const CodingStep* path) {
+    const char first = peek();
+    if ((first != 't' || !isLiteral("true")) && (first != 'f' || !isLiteral("false"))) {
+        return failMismatch("a Boolean", path);
+    }
+    value = first == 't';
+    ++at_;
+    return true;
+}
+
+bool JSONCursor::readTextView(std::string_view& text, const CodingStep* path) {
+    if (peek() != '"') return failMismatch("text", path);
+    if (!rawText(text) || !unescape(text)) return failMalformed();
+    ++at_;
+    return true;
+}
+
+bool JSONCursor::read(std::string& value, const CodingStep* path) {
+    std::string_view text;
+    if (!readTextView(text, path)) return false;
+    value.assign(text);
+    return true;
+}
+
+bool JSONCursor::read(JSONValue& value, const CodingStep* path) {
+    const std::uint32_t start = at_;
+    if (!skip()) return false;
+    const std::uint32_t end = at_ < tokenCount_ ? tokens_[at_] : size_;
+    auto read = readJSON({text_ + tokens_[start], end - tokens_[start]});
+    if (!read) return failCorrupted("The value cannot be read", path);
+    value = *std::move(read);
+    return true;
+}
+
+bool JSONCursor::skipScalar() {
+    std::string_view raw;
+    Number number;
+    double ignored = 0;
+    switch (peek()) {
+        case '"':
+            if (!rawText(raw) || !hasValidEscapes(raw)) return false;
+            break;
+        case 't':
+            if (!isLiteral("true")) return false;
+            break;
+        case 'f':
+            if (!isLiteral("false")) return false;
+            break;
+        case 'n':
+            if (!isLiteral("null")) return false;
+            break;
+        default:
+            number = scanNumber();
+            if (!number.isValid() || (number.mayBeTooLarge() && !numberValue(number, ignored))) return false;
+    }
+    ++at_;
+    return true;
+}
+
+// Containers
+
+bool JSONCursor::readAggregate(void* object, const AggregateCoding& coding, const CodingStep* path) {
+    if (exact_) return readAggregateExactly(object, coding, path);
+    if (!take('{') || depth_ == maximumDepth) return false;
+    ++depth_;
+    std::uint64_t seen = 0;
+    std::size_t likely = 0;
+    auto step = CodingStep::to(path, std::string_view());
+    if (!take('}')) {
+        do {
+            std::string_view key;
+            if (!readKey(key)) return false;
+            const std::size_t index = coding.find(key, likely);
+            if (index == coding.members.size()) {
+                if (!skip()) return false;
+                continue;
+            }
+            // Which of two values under one key counts is told only by an exact look.
+            const auto bit = std::uint64_t{1} << index;
+            if ((seen & bit) != 0) return false;
+            seen |= bit;
+            likely = index + 1;
+            const MemberCoding& member = coding.members[index];
+            step.key = member.key;
+            if (!member.read(*this, object, &step)) return false;
+        } while (take(','));
+        if (!take('}')) return false;
+    }
+    --depth_;
+    return (coding.required & ~seen) == 0;
+}
+
+bool JSONCursor::readAggregateExactly(void* object, const AggregateCoding& coding, const CodingStep* path) {
+    JSONMemberTable table;
+    if (!listMembers(table, path)) return false;
+    const std::uint32_t start = at_;
+    ++depth_;
+    std::uint64_t seen = 0;
+    for (const auto& entry : table.entries()) {
+        const std::size_t index = coding.find(entry.key, coding.members.size());
+        if (index == coding.members.size()) continue;
+        const auto step = CodingStep::to(path, coding.members[index].key);
+        at_ = entry.value;
+        if (!coding.members[index].read(*this, object, &step)) return false;
+        seen |= std::uint64_t{1} << index;
+    }
+    --depth_;
+    if (const std::uint64_t missing = coding.required & ~seen; missing != 0) {
+        return failMissing(coding.members[static_cast<std::size_t>(std::countr_zero(missing))].key, path);
+    }
+    at_ = behind_[start];
+    return true;
+}
+
+bool JSONCursor::readArray(void* list, bool (*element)(JSONCursor&, void*, const CodingStep*), const CodingStep* path) {
+    if (peek() != '[') return failMismatch("an array", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    ++at_;
+    ++depth_;
+    auto step = CodingStep::to(path, std::size_t{0});
+    if (!take(']')) {
+        do {
+            if (!element(*this, list, &step)) return false;
+            ++step.index;
+        } while (take(','));
+        if (!take(']')) return failMalformed();
+    }
+    --depth_;
+    return true;
+}
+
+bool JSONCursor::readDictionary(void* dictionary,
+                                bool (*entry)(JSONCursor&, void*, std::string_view, const CodingStep*),
+                                const CodingStep* path) {
+    if (exact_) {
+        JSONMemberTable table;
+        if (!listMembers(table, path)) return false;
+        const std::uint32_t start = at_;
+        ++depth_;
+        for (const auto& [key, value] : table.entries()) {
+            const auto step = CodingStep::to(path, key);
+            at_ = value;
+            if (!entry(*this, dictionary, key, &step)) return false;
+        }
+        --depth_;
+        at_ = behind_[start];
+        return true;
+    }
+    if (!take('{') || depth_ == maximumDepth) return false;
+    ++depth_;
+    auto step = CodingStep::to(path, std::string_view());
+    if (!take('}')) {
+        do {
+            if (!readKey(step.key)) return false;
+            step.key = kept(step.key);
+            if (!entry(*this, dictionary, step.key, &step)) return false;
+        } while (take(','));
+        if (!take('}')) return false;
+    }
+    --depth_;
+    return true;
+}
+
+bool JSONCursor::skip() {
+    std::array<std::uint32_t, maximumDepth> open;  // the brackets we are in; only written where it is used
+    std::size_t level = 0;
+    const auto passKey = [this] {
+        std::string_view raw;
+        if (peek() != '"' || !rawText(raw) || !hasValidEscapes(raw)) return false;
+        ++at_;
+        return take(':');
+    };
+    const auto close = [&] {
+        --level;
+        if (!behind_.empty()) behind_[open[level]] = at_;
+    };
+    while (true) {
+        const char first = peek();
+        if (first != '{' && first != '[') {
+            if (!skipScalar()) return failMalformed();
+        } else if (!behind_.empty() && behind_[at_] != 0) {
+            at_ = behind_[at_];
+        } else {
+            if (depth_ + level == maximumDepth) return failMalformed();
+            open[level++] = at_++;
+            if (take(first == '{' ? '}' : ']')) {
+                close();
+            } else {
+                if (first == '{' && !passKey()) return failMalformed();
+                continue;
+            }
+        }
+        while (true) {
+            if (level == 0) return true;
+            const bool inDictionary = text_[tokens_[open[level - 1]]] == '{';
+            if (take(',')) {
+                if (inDictionary && !passKey()) return failMalformed();
+                break;
+            }
+            if (!take(inDictionary ? '}' : ']')) return failMalformed();
+            close();
+        }
+    }
+}
+
+bool JSONCursor::listMembers(JSONMemberTable& table, const CodingStep* path) {
+    if (peek() != '{') return failMismatch("a dictionary", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    if (behind_.empty()) behind_.assign(tokenCount_, 0);
+    const std::uint32_t start = at_++;
+    ++depth_;
+    if (!take('}')) {
+        do {
+            std::string_view key;
+            if (!readKey(key)) return failMalformed();
+            table.add(kept(key), at_);
+            if (!skip()) return false;
+        } while (take(','));
+        if (!take('}')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = std::exchange(at_, start);
+    return true;
+}
+
+bool JSONCursor::listElements(std::vector<std::uint32_t>& elements, const CodingStep* path) {
+    if (peek() != '[') return failMismatch("an array", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    if (behind_.empty()) behind_.assign(tokenCount_, 0);
+    const std::uint32_t start = at_++;
+    ++depth_;
+    if (!take(']')) {
+        do {
+            elements.push_back(at_);
+            if (!skip()) return false;
+        } while (take(','));
+        if (!take(']')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = std::exchange(at_, start);
+    return true;
+}
+
+}  // namespace corvane::detail

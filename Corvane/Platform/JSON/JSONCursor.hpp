@@ -1,0 +1,256 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <expected>
+#include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <Corvane/Export.hpp>
+#include <Corvane/Platform/JSON/CodingPath.hpp>
+#include <Corvane/Platform/JSON/DecodingError.hpp>
+#include <Corvane/Platform/JSON/JSONNumber.hpp>
+
+namespace corvane {
+
+class JSONValue;
+
+namespace detail {
+
+class JSONCursor;
+class JSONStructure;
+
+/// The error whose text is `problem` and where it is.
+[[nodiscard]] CORVANE_EXPORT DecodingError corruptedAt(std::string_view problem, const CodingStep* path);
+
+/// How one member of a struct is read.
+struct MemberCoding {
+    std::string_view key;
+    bool (*read)(JSONCursor&, void* object, const CodingStep*) = nullptr;
+    bool required = false;
+};
+
+/// How the members of a struct are found and read. At most 64.
+struct AggregateCoding {
+    std::span<const MemberCoding> members;
+    /// For each length of a key the members that have such a key; long ones share the last place.
+    std::array<std::uint64_t, 32> byLength{};
+    std::uint64_t required = 0;
+
+    constexpr explicit AggregateCoding(std::span<const MemberCoding> coded) : members(coded) {
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            byLength[lengthClass(members[i].key.size())] |= std::uint64_t{1} << i;
+            if (members[i].required) required |= std::uint64_t{1} << i;
+        }
+    }
+
+    static constexpr std::size_t lengthClass(std::size_t length) noexcept { return length < 31 ? length : 31; }
+
+    /// The member called `key`, or the number of members. `likely` is looked at first.
+    [[nodiscard]] std::size_t find(std::string_view key, std::size_t likely) const noexcept {
+        if (likely < members.size() && members[likely].key == key) return likely;
+        for (std::uint64_t left = byLength[lengthClass(key.size())]; left != 0; left &= left - 1) {
+            const auto candidate = static_cast<std::size_t>(std::countr_zero(left));
+            if (members[candidate].key == key) return candidate;
+        }
+        return members.size();
+    }
+};
+
+/// The members of one dictionary of a document, in payload order, each key once.
+class CORVANE_EXPORT JSONMemberTable {
+  public:
+    struct Entry {
+        std::string_view key;
+        std::uint32_t value;
+    };
+
+    static constexpr std::size_t none = SIZE_MAX;
+
+    [[nodiscard]] const std::vector<Entry>& entries() const noexcept { return entries_; }
+
+    /// The position of `key`, or `none`. Looking keys up in their order costs no hashing.
+    [[nodiscard]] std::size_t find(std::string_view key, std::size_t likely = none) const noexcept;
+
+    /// A later value under the same key takes the place of the earlier one.
+    void add(std::string_view key, std::uint32_t value);
+
+  private:
+    void rebuildSlots();
+    [[nodiscard]] std::size_t slotOf(std::string_view key) const noexcept;
+
+    std::vector<Entry> entries_;
+    std::vector<std::uint32_t> slots_;
+};
+
+/// Walks through the tokens of one document and reads its values into typed variables. The wall between the
+/// templates that know the types and the JSON reader.
+///
+/// A document is first read in good faith: in one pass, without looking for what went wrong. Only when something did,
+/// or when a key occurs twice, is it read again exactly. Types that decode themselves always see the exact way.
+///
+/// Every `read` operation leaves the cursor behind the value when it succeeds; when it fails, `takeError` has the
+/// reason.
+class CORVANE_EXPORT JSONCursor {
+  public:
+    /// Reads the document in `text`, behind which `Data::padding` bytes may be read, with `read`, which may be called
+    /// twice and gets `target` and the cursor at the top-level value.
+    static std::optional<DecodingError> readDocument(std::string_view text, void* target,
+                                                     bool (*read)(JSONCursor&, void* target));
+
+    JSONCursor(const JSONCursor&) = delete;
+    JSONCursor& operator=(const JSONCursor&) = delete;
+
+    /// Whether there is a null, which is then read.
+    [[nodiscard]] bool readNull() noexcept;
+
+    bool read(bool& value, const CodingStep* path);
+    bool read(double& value, const CodingStep* path);
+    bool read(float& value, const CodingStep* path);
+    bool read(std::string& value, const CodingStep* path);
+    bool read(JSONValue& value, const CodingStep* path);
+
+    template <JSONInteger T>
+    bool read(T& value, const CodingStep* path) {
+        using Limits = std::numeric_limits<T>;
+        if constexpr (std::is_signed_v<T>) {
+            std::int64_t wide = 0;
+            if (!readSigned(wide, Limits::min(), Limits::max(), path)) return false;
+            value = static_cast<T>(wide);
+        } else {
+            std::uint64_t wide = 0;
+            if (!readUnsigned(wide, Limits::max(), path)) return false;
+            value = static_cast<T>(wide);
+        }
+        return true;
+    }
+
+    bool readAggregate(void* object, const AggregateCoding& coding, const CodingStep* path);
+
+    /// Calls `element` for each element with the cursor at it.
+    bool readArray(void* list, bool (*element)(JSONCursor&, void* list, const CodingStep*), const CodingStep* path);
+
+    /// Calls `entry` for each member with the cursor at its value.
+    bool readDictionary(void* dictionary,
+                        bool (*entry)(JSONCursor&, void* dictionary, std::string_view key, const CodingStep*),
+                        const CodingStep* path);
+
+    /// The text at the cursor, unescaped; it holds until the next text is read.
+    bool readTextView(std::string_view& text, const CodingStep* path);
+
+    /// Passes one value, validating it.
+    bool skip();
+
+    /// Lists the members of the dictionary, or the elements of the array, at the cursor, which stays where it is.
+    bool listMembers(JSONMemberTable& table, const CodingStep* path);
+    bool listElements(std::vector<std::uint32_t>& elements, const CodingStep* path);
+
+    [[nodiscard]] std::uint32_t position() const noexcept { return at_; }
+
+    void moveTo(std::uint32_t position) noexcept { at_ = position; }
+
+    /// A copy of the step that lives as long as the cursor.
+    const CodingStep* keep(const CodingStep& step) { return &steps_.emplace_back(step); }
+
+    /// Always false.
+    bool fail(DecodingError error);
+    bool failMismatch(std::string_view expected, const CodingStep* path);
+    bool failCorrupted(std::string_view problem, const CodingStep* path);
+    bool failMissing(std::string_view key, const CodingStep* path);
+    bool failRawValue(const CodingStep* path);
+    bool failAtEnd(const CodingStep* path);
+
+    [[nodiscard]] DecodingError takeError();
+
+    /// While it lives, reading is exact.
+    class ExactScope {
+      public:
+        explicit ExactScope(JSONCursor& cursor) noexcept
+            : cursor_(cursor), before_(std::exchange(cursor.exact_, true)), depth_(cursor.depth_) {}
+
+        ExactScope(const ExactScope&) = delete;
+        ExactScope& operator=(const ExactScope&) = delete;
+
+        ~ExactScope() {
+            cursor_.exact_ = before_;
+            cursor_.depth_ = depth_;
+        }
+
+      private:
+        JSONCursor& cursor_;
+        bool before_;
+        std::size_t depth_;
+    };
+
+  private:
+    /// A number's text and, when it is an integer of up to 64 bits, its value.
+    struct Number {
+        const char* begin = nullptr;
+        const char* end = nullptr;
+        std::uint64_t magnitude = 0;
+        bool negative = false;
+        bool isWhole = false;
+        bool hasExponent = false;
+
+        [[nodiscard]] bool isValid() const noexcept { return end != nullptr; }
+
+        /// False for nearly every number there is, so that those passed over need not be converted.
+        [[nodiscard]] bool mayBeTooLarge() const noexcept { return hasExponent || end - begin > 300; }
+    };
+
+    JSONCursor(std::string_view text, JSONStructure& structure);
+
+    /// The first character of the token at the cursor, zero behind the last.
+    [[nodiscard]] char peek() const noexcept { return at_ < tokenCount_ ? text_[tokens_[at_]] : '\0'; }
+
+    /// Where the token at the cursor ends at the latest: where the next one begins.
+    [[nodiscard]] const char* tokenEnd() const noexcept {
+        return text_ + (at_ + 1 < tokenCount_ ? tokens_[at_ + 1] : size_);
+    }
+
+    [[nodiscard]] std::string_view tokenText() const noexcept;
+    [[nodiscard]] bool take(char character) noexcept;
+    [[nodiscard]] bool isLiteral(std::string_view literal) const noexcept;
+    [[nodiscard]] bool rawText(std::string_view& raw) const noexcept;
+    [[nodiscard]] bool unescape(std::string_view& raw);
+    [[nodiscard]] bool readKey(std::string_view& key);
+    [[nodiscard]] bool hasValidEscapes(std::string_view raw);
+    [[nodiscard]] Number scanNumber() const noexcept;
+    [[nodiscard]] static bool numberValue(const Number& number, double& value) noexcept;
+    [[nodiscard]] bool readNumber(Number& number, std::string_view expected, const CodingStep* path);
+    bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
+    bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
+    bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);
+    bool failMalformed();
+    bool skipScalar();
+    bool readAggregateExactly(void* object, const AggregateCoding& coding, const CodingStep* path);
+    void startAgainExactly();
+    [[nodiscard]] std::string_view kept(std::string_view text);
+
+    const char* text_;
+    const std::uint32_t* tokens_;
+    std::uint32_t size_;
+    std::uint32_t tokenCount_;
+    std::uint32_t at_ = 0;
+    bool exact_ = false;
+    std::size_t depth_ = 0;
+    JSONStructure& structure_;
+    std::string scratch_;
+    /// For each opening bracket that was passed, the token behind its closing one; empty until wanted.
+    std::vector<std::uint32_t> behind_;
+    std::deque<std::string> keptTexts_;
+    std::deque<CodingStep> steps_;
+    std::optional<DecodingError> error_;
+};
+
+}  // namespace detail
+
+}  // namespace corvane

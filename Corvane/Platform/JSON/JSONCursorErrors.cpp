@@ -1,0 +1,129 @@
+#include <utility>
+
+#include <fmt/format.h>
+
+#include <Corvane/Platform/JSON/JSONCursor.hpp>
+#include <Corvane/Platform/JSON/Private/ClippedText.hpp>
+#include <Corvane/Platform/JSON/Private/JSONErrors.hpp>
+#include <Corvane/Platform/JSON/Private/JSONStructure.hpp>
+
+// What went wrong, and the second look at a document in which something did.
+
+namespace corvane::detail {
+
+namespace {
+
+std::string_view kindName(char first) {
+    switch (first) {
+        case '{':
+            return "a dictionary";
+        case '[':
+            return "an array";
+        case '"':
+            return "text";
+        case 't':
+        case 'f':
+            return "a Boolean";
+        default:
+            return "a number";
+    }
+}
+
+DecodingError notJSON(JSONErrorCode code) {
+    return DecodingError::dataCorrupted({{}, jsonErrorText(code)});
+}
+
+}  // namespace
+
+DecodingError corruptedAt(std::string_view problem, const CodingStep* path) {
+    CodingPath codingPath = pathOf(path);
+    std::string text = fmt::format("{} at {}.", problem, description(codingPath));
+    return DecodingError::dataCorrupted({std::move(codingPath), std::move(text)});
+}
+
+std::optional<DecodingError> JSONCursor::readDocument(std::string_view text, void* target,
+                                                      bool (*read)(JSONCursor&, void* target)) {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
+    JSONStructure structure;
+    if (const auto code = structure.index(text)) return notJSON(*code);
+    JSONCursor cursor(text, structure);
+    if (read(cursor, target) && cursor.at_ == cursor.tokenCount_) return std::nullopt;
+
+    cursor.startAgainExactly();
+    if (!cursor.skip()) return cursor.takeError();
+    if (cursor.at_ != cursor.tokenCount_) {
+        cursor.failMalformed();
+        return cursor.takeError();
+    }
+    cursor.at_ = 0;
+    if (read(cursor, target)) return std::nullopt;
+    return cursor.takeError();
+}
+
+void JSONCursor::startAgainExactly() {
+    at_ = 0;
+    depth_ = 0;
+    exact_ = true;
+    error_.reset();
+    behind_.assign(tokenCount_, 0);
+}
+
+bool JSONCursor::fail(DecodingError error) {
+    error_ = std::move(error);
+    return false;
+}
+
+bool JSONCursor::failMismatch(std::string_view expected, const CodingStep* path) {
+    if (!exact_) return false;
+    CodingPath codingPath = pathOf(path);
+    const std::string place = description(codingPath);
+    if (peek() == 'n') {
+        return fail(DecodingError::valueNotFound(
+            std::string(expected),
+            {std::move(codingPath), fmt::format("Expected {} but found null at {}.", expected, place)}));
+    }
+    return fail(DecodingError::typeMismatch(
+        std::string(expected),
+        {std::move(codingPath), fmt::format("Expected {} but found {} at {}.", expected, kindName(peek()), place)}));
+}
+
+bool JSONCursor::failCorrupted(std::string_view problem, const CodingStep* path) {
+    return exact_ && fail(corruptedAt(problem, path));
+}
+
+bool JSONCursor::failMissing(std::string_view key, const CodingStep* path) {
+    if (!exact_) return false;
+    CodingPath codingPath = pathOf(path);
+    std::string text = fmt::format("There is no member \"{}\" at {}.", clippedText(key), description(codingPath));
+    return fail(DecodingError::keyNotFound(CodingKey(std::string(key)), {std::move(codingPath), std::move(text)}));
+}
+
+bool JSONCursor::failRawValue(const CodingStep* path) {
+    if (!exact_) return false;
+    return failCorrupted(fmt::format("{} is not one of the enumeration's values", clippedText(tokenText())), path);
+}
+
+bool JSONCursor::failAtEnd(const CodingStep* path) {
+    CodingPath codingPath = pathOf(path);
+    std::string text = fmt::format("The array has no further element at {}.", description(codingPath));
+    return fail(DecodingError::valueNotFound("an element", {std::move(codingPath), std::move(text)}));
+}
+
+bool JSONCursor::failMalformed() {
+    if (!exact_) return false;
+    // All that the parser has not refused is told apart here, where nobody is in a hurry.
+    const std::string_view token = tokenText();
+    JSONErrorCode code = JSONErrorCode::malformed;
+    if (token.starts_with('-') || (token >= "0" && token < ":")) code = JSONErrorCode::invalidNumber;
+    if (token.starts_with('{') || token.starts_with('[')) code = JSONErrorCode::tooDeep;
+    const std::uint32_t offset = at_ < tokenCount_ ? tokens_[at_] : size_;
+    return fail(DecodingError::dataCorrupted({{}, fmt::format("{} (byte {})", jsonErrorText(code), offset)}));
+}
+
+DecodingError JSONCursor::takeError() {
+    if (!error_) return notJSON(JSONErrorCode::malformed);
+    return *std::exchange(error_, std::nullopt);
+}
+
+}  // namespace corvane::detail

@@ -1,0 +1,193 @@
+#pragma once
+
+#include <charconv>
+#include <concepts>
+#include <memory>
+#include <tuple>
+
+#include <Corvane/Platform/JSON/CodingTraits.hpp>
+#include <Corvane/Platform/JSON/Decoder.hpp>
+#include <Corvane/Platform/JSON/KeyedDecodingContainer.hpp>
+#include <Corvane/Platform/JSON/RawValues.hpp>
+#include <Corvane/Platform/JSON/UnkeyedDecodingContainer.hpp>
+
+// How each kind of type is read from a cursor. On failure the cursor has the reason.
+
+namespace corvane::detail {
+
+template <class T>
+bool readValue(JSONCursor& cursor, T& value, const CodingStep* path);
+
+template <class T>
+    requires HasDecodingCoding<T> || HasOwnDecoding<T>
+std::expected<T, DecodingError> readSelfDecoded(JSONCursor& cursor, const CodingStep* path) {
+    const JSONCursor::ExactScope scope(cursor);
+    const std::uint32_t start = cursor.position();
+    auto value = [&] {
+        if constexpr (HasDecodingCoding<T>) {
+            return Coding<T>::decode(Decoder(cursor, path));
+        } else {
+            return T::decode(Decoder(cursor, path));
+        }
+    }();
+    if (!value) return value;
+    cursor.moveTo(start);
+    if (!cursor.skip()) return std::unexpected(cursor.takeError());
+    return value;
+}
+
+template <class T>
+std::expected<T, DecodingError> readNew(JSONCursor& cursor, const CodingStep* path) {
+    if constexpr (HasDecodingCoding<T> || HasOwnDecoding<T>) {
+        return readSelfDecoded<T>(cursor, path);
+    } else {
+        static_assert(std::default_initializable<T>, "a type without a default has to decode itself");
+        std::expected<T, DecodingError> value(std::in_place);
+        if (!readValue(cursor, *value, path)) value = std::unexpected(cursor.takeError());
+        return value;
+    }
+}
+
+template <class T, std::size_t Member>
+bool readMember(JSONCursor& cursor, void* object, const CodingStep* path) {
+    if constexpr (memberRules<T>[Member].presence == CodingPresence::optional) {
+        if (cursor.readNull()) return true;
+    }
+    return readValue(cursor, std::get<Member>(memberReferences(*static_cast<T*>(object))), path);
+}
+
+template <class T>
+constexpr std::size_t codedMemberCount() {
+    std::size_t count = 0;
+    for (const CodingRule& rule : memberRules<T>)
+        count += rule.presence != CodingPresence::notCoded ? 1 : 0;
+    return count;
+}
+
+template <class T>
+inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I...>) {
+    std::array<MemberCoding, codedMemberCount<T>()> codings;
+    std::size_t count = 0;
+    const auto add = [&]<std::size_t Member>(std::integral_constant<std::size_t, Member>) {
+        constexpr CodingRule rule = memberRules<T>[Member];
+        if constexpr (rule.presence != CodingPresence::notCoded) {
+            using Type =
+                std::remove_cvref_t<std::tuple_element_t<Member, decltype(memberReferences(std::declval<T&>()))>>;
+            codings[count++] = {rule.key, &readMember<T, Member>,
+                                rule.presence == CodingPresence::required && !isOptional<Type>};
+        }
+    };
+    (add(std::integral_constant<std::size_t, I>()), ...);
+    return codings;
+}(std::make_index_sequence<memberNames<T>.size()>());
+
+template <class T>
+inline constexpr AggregateCoding aggregateCoding{memberCodings<T>};
+
+template <class List>
+bool readElement(JSONCursor& cursor, void* list, const CodingStep* path) {
+    using Element = typename List::value_type;
+    auto& elements = *static_cast<List*>(list);
+    if constexpr (std::same_as<Element, bool>) {
+        bool element = false;
+        if (!cursor.read(element, path)) return false;
+        elements.push_back(element);
+        return true;
+    } else if constexpr (HasDecodingCoding<Element> || HasOwnDecoding<Element>) {
+        auto element = readSelfDecoded<Element>(cursor, path);
+        if (!element) return cursor.fail(std::move(element).error());
+        elements.push_back(*std::move(element));
+        return true;
+    } else {
+        return readValue(cursor, elements.emplace_back(), path);
+    }
+}
+
+/// The key of a dictionary: text, an integer in decimal, or an enumerator's raw text. Absent when it is none.
+template <class Key>
+std::optional<Key> dictionaryKey(std::string_view text) {
+    if constexpr (CodedEnumeration<Key>) {
+        static_assert(std::same_as<RawValueOf<Key>, std::string_view>, "keys in JSON are text");
+        return fromRawValue<Key>(text);
+    } else if constexpr (JSONInteger<Key>) {
+        Key key{};
+        const char* const end = text.data() + text.size();
+        const auto result = std::from_chars(text.data(), end, key);
+        if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+        return key;
+    } else {
+        static_assert(std::constructible_from<Key, std::string_view>, "the dictionary's keys cannot be decoded");
+        return Key(text);
+    }
+}
+
+template <class Dictionary>
+bool readEntry(JSONCursor& cursor, void* dictionary, std::string_view text, const CodingStep* path) {
+    using Value = typename Dictionary::mapped_type;
+    auto key = dictionaryKey<typename Dictionary::key_type>(text);
+    if (!key) return cursor.failCorrupted("The key is not one of the dictionary's", path);
+    const auto [entry, isNew] = static_cast<Dictionary*>(dictionary)->try_emplace(*std::move(key));
+    // The last of repeated keys counts, and nothing of the one before may be left.
+    if (!isNew) entry->second = Value();
+    return readValue(cursor, entry->second, path);
+}
+
+template <CodedEnumeration Enumeration>
+bool readEnumeration(JSONCursor& cursor, Enumeration& value, const CodingStep* path) {
+    const std::uint32_t start = cursor.position();
+    RawValueOf<Enumeration> raw{};
+    if constexpr (std::same_as<RawValueOf<Enumeration>, std::string_view>) {
+        if (!cursor.readTextView(raw, path)) return false;
+    } else {
+        if (!cursor.read(raw, path)) return false;
+    }
+    if (const auto enumerator = fromRawValue<Enumeration>(raw)) {
+        value = *enumerator;
+        return true;
+    }
+    cursor.moveTo(start);
+    return cursor.failRawValue(path);
+}
+
+template <class T>
+bool readValue(JSONCursor& cursor, T& value, const CodingStep* path) {
+    if constexpr (HasDecodingCoding<T> || HasOwnDecoding<T>) {
+        auto decoded = readSelfDecoded<T>(cursor, path);
+        if (!decoded) return cursor.fail(std::move(decoded).error());
+        value = *std::move(decoded);
+        return true;
+    } else if constexpr (std::same_as<T, Date>) {
+        double seconds = 0;
+        if (!cursor.read(seconds, path)) return false;
+        value = Date(Date::duration(seconds));
+        return true;
+    } else if constexpr (CodedAsItIs<T>) {
+        return cursor.read(value, path);
+    } else if constexpr (isOptional<T>) {
+        value.reset();
+        if (cursor.readNull()) return true;
+        using Value = typename T::value_type;
+        if constexpr (HasDecodingCoding<Value> || HasOwnDecoding<Value>) {
+            auto decoded = readSelfDecoded<Value>(cursor, path);
+            if (!decoded) return cursor.fail(std::move(decoded).error());
+            value.emplace(*std::move(decoded));
+            return true;
+        } else {
+            return readValue(cursor, value.emplace(), path);
+        }
+    } else if constexpr (isVector<T>) {
+        value.clear();
+        return cursor.readArray(&value, &readElement<T>, path);
+    } else if constexpr (CodedDictionary<T>) {
+        value.clear();
+        return cursor.readDictionary(&value, &readEntry<T>, path);
+    } else if constexpr (CodedEnumeration<T>) {
+        return readEnumeration(cursor, value, path);
+    } else {
+        static_assert(CodedAggregate<T>, "the type needs a Coding");
+        static_assert(hasSoundRules<T>(), "a coding rule names no member, or two members have the same key");
+        return cursor.readAggregate(std::addressof(value), aggregateCoding<T>, path);
+    }
+}
+
+}  // namespace corvane::detail
