@@ -1,0 +1,275 @@
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/AnyError.hpp>
+#include <Corvane/Platform/JSON/JSONDecoder.hpp>
+
+namespace corvane {
+
+namespace {
+
+enum class Side { home, away };
+enum class Status : std::uint8_t { scheduled = 10, finished = 20 };
+enum class Grade { good, bad };
+
+struct Team {
+    std::int64_t id = 0;
+    std::string name;
+    std::optional<std::string> city;
+
+    bool operator==(const Team&) const = default;
+};
+
+struct Everything {
+    std::int8_t tiny = 0;
+    std::uint64_t huge = 0;
+    double ratio = 0;
+    float share = 0;
+    bool live = false;
+    Date kickOff;
+    Side side = Side::home;
+    Status status = Status::scheduled;
+    Grade grade = Grade::good;
+    std::vector<Team> teams;
+    std::vector<bool> flags;
+    std::map<std::string, std::vector<int>> groups;
+    std::unordered_map<int, Side> sides;
+    std::map<Side, int> goals;
+    std::optional<Team> winner;
+    JSONValue extra;
+};
+
+struct Ruled {
+    std::string shortName;
+    std::vector<int> tags{7};
+    int cached = 3;
+    std::optional<int> bonus = 5;
+
+    static constexpr CodingRule codingRules[] = {
+        {.member = "shortName", .key = "short_name"},
+        {.member = "tags", .presence = CodingPresence::optional},
+        {.member = "cached", .presence = CodingPresence::notCoded},
+    };
+};
+
+struct Node {
+    std::vector<Node> c;
+};
+
+std::string repeated(std::string_view part, std::size_t count) {
+    std::string text;
+    for (; count > 0; --count)
+        text += part;
+    return text;
+}
+
+template <class T>
+std::string failureOf(std::string_view text) {
+    const auto value = JSONDecoder().decode<T>(text);
+    return value ? "no failure" : value.error().description();
+}
+
+}  // namespace
+
+template <>
+struct Coding<Status> {
+    static constexpr RawValue rawValues[] = {RawValue{Status::scheduled, 1}, RawValue{Status::finished, 2}};
+};
+
+template <>
+struct Coding<Grade> {
+    static constexpr RawValue rawValues[] = {RawValue{Grade::good, "A"}, RawValue{Grade::bad, "F"}};
+};
+
+namespace {
+
+TEST(JSONDecoder, DecodesPlainStructsOfEverySupportedKind) {
+    const auto value = JSONDecoder().decode<Everything>(R"(
+        { "unknown": [{"a": [1, 2]}, "x\u0041\\", -1.5e3, null, true], "tiny": -128, "huge": 18446744073709551615,
+          "ratio" : -0.25, "share": 0.1, "live": true, "kickOff": 1700000000.5, "side": "away", "status": 2,
+          "grade": "F", "teams": [{"id": 1, "name": "Atl\u00e9tico \ud83d\ude00\n", "city": null},
+                                  {"name": "B", "id": -9223372036854775808, "city": "C"}],
+          "flags": [true, false], "groups": {"a\"b": [1], "": []}, "sides": {"-3": "home"}, "goals": {"away": 2},
+          "winner": {"id": 5.0, "name": ""}, "extra": {"z": [1e2], "a": null} } )");
+    ASSERT_TRUE(value) << value.error().description();
+    EXPECT_EQ(value->tiny, -128);
+    EXPECT_EQ(value->huge, std::numeric_limits<std::uint64_t>::max());
+    EXPECT_EQ(value->ratio, -0.25);
+    EXPECT_EQ(value->share, 0.1F);
+    EXPECT_TRUE(value->live);
+    EXPECT_EQ(value->kickOff.time_since_epoch().count(), 1700000000.5);
+    EXPECT_EQ(value->side, Side::away);
+    EXPECT_EQ(value->status, Status::finished);
+    EXPECT_EQ(value->grade, Grade::bad);
+    EXPECT_EQ(value->teams, (std::vector<Team>{{1, "Atlético 😀\n", std::nullopt},
+                                               {std::numeric_limits<std::int64_t>::min(), "B", "C"}}));
+    EXPECT_EQ(value->flags, (std::vector{true, false}));
+    EXPECT_EQ(value->groups, (std::map<std::string, std::vector<int>>{{"a\"b", {1}}, {"", {}}}));
+    EXPECT_EQ(value->sides, (std::unordered_map<int, Side>{{-3, Side::home}}));
+    EXPECT_EQ(value->goals, (std::map<Side, int>{{Side::away, 2}}));
+    EXPECT_EQ(value->winner, (Team{5, "", std::nullopt}));
+    EXPECT_EQ(value->extra.description(), R"({"z":[100.0],"a":null})");
+}
+
+TEST(JSONDecoder, FollowsTheRulesOfAType) {
+    const auto full =
+        JSONDecoder().decode<Ruled>(R"({"cached":9,"short_name":"ROV","tags":[1],"bonus":null,"shortName":1})");
+    ASSERT_TRUE(full) << full.error().description();
+    EXPECT_EQ(full->shortName, "ROV");
+    EXPECT_EQ(full->tags, std::vector{1});
+    EXPECT_EQ(full->cached, 3);
+    EXPECT_EQ(full->bonus, std::nullopt);
+    const auto sparse = JSONDecoder().decode<Ruled>(R"({"tags":null,"short_name":""})");
+    ASSERT_TRUE(sparse);
+    EXPECT_EQ(sparse->tags, std::vector{7});
+    EXPECT_EQ(sparse->bonus, 5);
+    EXPECT_EQ(failureOf<Ruled>(R"({"tags":[]})"), "There is no member \"short_name\" at the top level.");
+}
+
+TEST(JSONDecoder, NamesThePathAndWhatWasWrong) {
+    using Teams = std::map<std::string, std::vector<Team>>;
+    const std::pair<std::string, std::string> cases[] = {
+        {R"({"a":[{"id":1,"name":"x"},{"id":"2","name":""}]})", "Expected an integer but found text at a[1].id."},
+        {R"({"a":[{"id":1,"name":null}]})", "Expected text but found null at a[0].name."},
+        {R"({"a":[{"id":true,"name":""}]})", "Expected an integer but found a Boolean at a[0].id."},
+        {R"({"a":[{"id":[],"name":""}]})", "Expected an integer but found an array at a[0].id."},
+        {R"({"a":[{"id":1,"name":{}}]})", "Expected text but found a dictionary at a[0].name."},
+        {R"({"a":[{"id":1,"name":"","city":7}]})", "Expected text but found a number at a[0].city."},
+        {R"({"a":[{"name":""}]})", "There is no member \"id\" at a[0]."},
+        {R"({"a":[[]]})", "Expected a dictionary but found an array at a[0]."},
+        {R"({"a":[null]})", "Expected a dictionary but found null at a[0]."},
+        {R"({"a":{}})", "Expected an array but found a dictionary at a."},
+        {R"({"a b.c":1})", "Expected an array but found a number at [\"a b.c\"]."},
+        {R"({"\u0061\"":1})", "Expected an array but found a number at [\"a\"\"]."},
+        {"[]", "Expected a dictionary but found an array at the top level."},
+        {R"({"a":[{"id":9223372036854775808,"name":""}]})",
+         "Expected an integer from -9223372036854775808 to 9223372036854775807 but found 9223372036854775808 at "
+         "a[0].id."},
+    };
+    for (const auto& [text, message] : cases)
+        EXPECT_EQ(failureOf<Teams>(text), message) << text;
+    EXPECT_EQ(failureOf<Side>("\"draw\""), "\"draw\" is not one of the enumeration's values at the top level.");
+    EXPECT_EQ(failureOf<Status>("3"), "3 is not one of the enumeration's values at the top level.");
+    EXPECT_EQ((failureOf<std::map<int, int>>(R"({"1":1,"+2":2})")),
+              "The key is not one of the dictionary's at [\"+2\"].");
+}
+
+TEST(JSONDecoder, ChecksTheRangeOfNumbersExactly) {
+    EXPECT_EQ(JSONDecoder().decode<int>("2147483647"), 2147483647);
+    EXPECT_EQ(JSONDecoder().decode<int>(" 1e2\n"), 100);
+    EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("255.0"), 255);
+    EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("-0"), 0);
+    EXPECT_EQ(JSONDecoder().decode<std::int64_t>("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(JSONDecoder().decode<double>("123456789012345678901234567890"), 123456789012345678901234567890.0);
+    EXPECT_EQ(JSONDecoder().decode<double>("1e-400"), 0.0);
+    EXPECT_EQ(JSONDecoder().decode<double>("1" + repeated("0", 300) + "e-300"), 1.0);
+    for (const char* text : {"256", "-1", "0.5", "1e3", "99999999999999999999"}) {
+        const auto value = JSONDecoder().decode<std::uint8_t>(text);
+        ASSERT_FALSE(value) << text;
+        EXPECT_TRUE(value.error().isDataCorrupted()) << text;
+        EXPECT_EQ(value.error().description(),
+                  "Expected an integer from 0 to 255 but found " + std::string(text) + " at the top level.");
+    }
+    EXPECT_FALSE(JSONDecoder().decode<std::uint64_t>("18446744073709551616"));
+    EXPECT_FALSE(JSONDecoder().decode<std::int64_t>("9223372036854775808"));
+    EXPECT_FALSE(JSONDecoder().decode<float>("1e39"));
+}
+
+TEST(JSONDecoder, ValidatesTheWholeDocumentFirst) {
+    const auto oneMegabyte = std::string(1 << 20, 'k');
+    const std::string cases[] = {
+        "",
+        " \n",
+        "{",
+        "[1,2",
+        R"({"id":1,"name":"a"}})",
+        R"({"id":1,"name":"a"} x)",
+        R"({"id":1,"name":"a","x":[1,]})",
+        R"({"id":1,"name":"a","x":[,1]})",
+        R"({"id":1,"name":"a","x":{"y" 1}})",
+        R"({"id":1,"name":"a","x":{"y":1 "z":2}})",
+        R"({"id":1,"name":"a","x":{"y":}})",
+        R"({"id":1,"name":"a","x":{1:2}})",
+        R"({"id":1,"name":"a","x":"\q"})",
+        R"({"id":1,"name":"a","x":"\ud800"})",
+        R"({"id":1,"name":"a","x\u12g4":1})",
+        R"({"id":1,"name":"a","x":01})",
+        R"({"id":1,"name":"a","x":1.})",
+        R"({"id":1,"name":"a","x":-})",
+        R"({"id":1,"name":"a","x":1e400})",
+        R"({"id":1,"name":"a","x":nul})",
+        R"({"id":1,"name":"a","x":truex})",
+        R"({"id":1,"name":"a","x":12"y"})",
+        "{\"id\":1,\"name\":\"a\",\"x\":\"\xff\"}",
+        "{\"id\":1,\"name\":\"a\",\"x\":\"\n\"}",
+        R"({"id":1,"name":"a","x":)" + repeated("[", 1024) + repeated("]", 1024) + "}",
+        repeated("[", 100'000),
+        R"({"id":"not a number","name":)",
+        "{\"" + oneMegabyte + "\":1,",
+    };
+    for (const std::string& text : cases) {
+        const auto value = JSONDecoder().decode<Team>(text);
+        ASSERT_FALSE(value) << text.substr(0, 60);
+        EXPECT_TRUE(value.error().isDataCorrupted()) << text.substr(0, 60) << value.error().description();
+        EXPECT_TRUE(value.error().context().codingPath.empty());
+    }
+    const auto longKey = JSONDecoder().decode<Team>("\xEF\xBB\xBF{\"" + oneMegabyte + R"(":[],"id":1,"name":"a"})");
+    ASSERT_TRUE(longKey) << "and a byte order mark";
+    EXPECT_EQ(longKey->name, "a");
+    const std::string message = failureOf<std::map<std::string, int>>("{\"" + oneMegabyte + R"(":"x"})");
+    EXPECT_LT(message.size(), 200U) << "a message stays readable whatever the document";
+}
+
+TEST(JSONDecoder, LimitsNesting) {
+    const auto nested = [](std::size_t depth) { return repeated(R"({"c":[)", depth / 2) + repeated("]}", depth / 2); };
+    const auto deepest = JSONDecoder().decode<Node>(nested(JSONSerialization::maximumDepth));
+    ASSERT_TRUE(deepest) << deepest.error().description();
+    EXPECT_EQ(failureOf<Node>(nested(JSONSerialization::maximumDepth + 2)),
+              "The JSON value is nested too deeply. (byte 3072)");
+}
+
+TEST(JSONDecoder, LetsTheLastOfRepeatedKeysCount) {
+    struct Case {
+        std::string_view text;
+        Team team;
+    };
+
+    const Case cases[] = {
+        {R"({"id":1,"name":"a","id":2})", {2, "a", std::nullopt}},
+        {R"({"id":"wrong","name":"a","id":2})", {2, "a", std::nullopt}},
+        {R"({"city":"x","id":1,"name":"a","city":null})", {1, "a", std::nullopt}},
+        {R"({"id":1,"\u0069d":3,"name":"a"})", {3, "a", std::nullopt}},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(JSONDecoder().decode<Team>(c.text), c.team) << c.text;
+    EXPECT_EQ(failureOf<Team>(R"({"id":1,"name":"a","id":null})"), "Expected an integer but found null at id.");
+    // Nothing of the earlier value may shine through.
+    const auto winner = JSONDecoder().decode<std::map<std::string, Team>>(
+        R"({"w":{"id":1,"name":"a","city":"old"},"w":{"id":2,"name":"b"}})");
+    EXPECT_EQ(winner, (std::map<std::string, Team>{{"w", {2, "b", std::nullopt}}}));
+}
+
+TEST(JSONDecoder, GivesErrorsThatOthersCanLookInto) {
+    const auto value = JSONDecoder().decode<std::vector<Team>>(R"([{"id":1}])");
+    ASSERT_FALSE(value);
+    const AnyError any = value.error();
+    const auto* const error = any.as<DecodingError>();
+    ASSERT_NE(error, nullptr);
+    const auto* const missing = error->as<DecodingError::KeyNotFound>();
+    ASSERT_NE(missing, nullptr);
+    EXPECT_EQ(missing->key, CodingKey("name"));
+    EXPECT_EQ(missing->context.codingPath, CodingPath{CodingKey(std::size_t{0})});
+    EXPECT_EQ(any.description(), "There is no member \"name\" at [0].");
+    EXPECT_EQ(any.localizedDescription(), "The data is not in the expected format.");
+}
+
+}  // namespace
+}  // namespace corvane
