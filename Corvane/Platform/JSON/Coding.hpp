@@ -58,8 +58,8 @@ struct CodingRule {
 ///
 ///     template <>
 ///     struct corvane::Coding<Side> {
-///         static constexpr corvane::RawValue rawValues[] = {
-///             corvane::RawValue{Side::home, "H"}, corvane::RawValue{Side::away, "A"}};
+///         static constexpr std::array rawValues{corvane::RawValue{Side::home, "H"}, corvane::RawValue{Side::away,
+///         "A"}};
 ///     };
 template <class Enumeration, class Raw>
     requires std::is_enum_v<Enumeration> && (std::integral<Raw> || std::same_as<Raw, std::string_view>)
@@ -70,5 +70,8 @@ struct RawValue {
 
 template <class Enumeration, std::size_t N>
 RawValue(Enumeration, const char (&)[N]) -> RawValue<Enumeration, std::string_view>;
+
+template <class Enumeration, std::integral Raw>
+RawValue(Enumeration, Raw) -> RawValue<Enumeration, Raw>;
 
 }  // namespace corvane

@@ -159,13 +159,17 @@ TEST(UnkeyedDecodingContainer, StaysAtAnElementThatCannotBeDecoded) {
     constexpr auto look = [](const Decoder& decoder) {
         auto elements = *decoder.unkeyedContainer();
         std::string text = std::to_string(elements.count());
-        text += textOf(elements.decode<int>()) + textOf(elements.decodeNil()) + textOf(elements.decode<int>());
-        text += textOf(elements.decode<std::string>()) + textOf(elements.decodeNil());
+        text += textOf(elements.decode<int>());
+        text += textOf(elements.decodeNil());
+        text += textOf(elements.decode<int>());
+        text += textOf(elements.decode<std::string>());
+        text += textOf(elements.decodeNil());
         text += elements.nestedUnkeyedContainer() ? "?" : "-";
         text += textOf(elements.nestedContainer()->decode<int>("x"));
         text += elements.skip() ? "skipped" : "";
         text += elements.isAtEnd() && !elements.skip() ? "end" : "";
-        return text + textOf(elements.decode<int>());
+        text += textOf(elements.decode<int>());
+        return text;
     };
     EXPECT_EQ(seenIn<look>(R"([1,"s",null,{"x":5},[[]]])"),
               "510Expected an integer but found text at [1].s1-5skippedendThe array has no further element at [5].");

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -11,6 +12,7 @@
 
 #include <Corvane/Platform/AnyError.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
+#include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace corvane {
 
@@ -81,12 +83,12 @@ std::string failureOf(std::string_view text) {
 
 template <>
 struct Coding<Status> {
-    static constexpr RawValue rawValues[] = {RawValue{Status::scheduled, 1}, RawValue{Status::finished, 2}};
+    static constexpr std::array rawValues{RawValue{Status::scheduled, 1}, RawValue{Status::finished, 2}};
 };
 
 template <>
 struct Coding<Grade> {
-    static constexpr RawValue rawValues[] = {RawValue{Grade::good, "A"}, RawValue{Grade::bad, "F"}};
+    static constexpr std::array rawValues{RawValue{Grade::good, "A"}, RawValue{Grade::bad, "F"}};
 };
 
 namespace {

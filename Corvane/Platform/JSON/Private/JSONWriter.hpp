@@ -12,8 +12,8 @@ namespace corvane::detail {
 /// Writes a loosely typed JSON value as text.
 class JSONWriter {
   public:
-    /// Lenient is for developers' eyes: non-finite numbers stand as "nan", "inf" and "-inf", what is too deep as "…",
-    /// and texts are not checked.
+    /// Lenient is for developers' eyes: non-finite numbers stand as "nan", "inf" and "-inf", what is too deep
+    /// as "…", and texts are not checked.
     enum class Strictness : unsigned char { strict, lenient };
 
     JSONWriter(JSONTextWriter& writer, bool sortedKeys, Strictness strictness) noexcept
