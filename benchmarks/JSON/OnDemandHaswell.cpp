@@ -1,0 +1,5 @@
+#include "benchmarks/JSON/OnDemandReader.hpp"
+
+Matchday readOnDemandHaswell(std::string_view padded) {
+    return readByHand(padded);
+}
