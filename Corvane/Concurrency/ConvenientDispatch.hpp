@@ -62,7 +62,8 @@ template <DispatchCallback Execute>
 void performOnMain(Execute&& execute, SourceFileContext context = SourceFileContext::current()) {
     if (Thread::isMainThread()) {
         Thread::assumeMainExecutor();
-        static_cast<void>(execute());
+        std::decay_t<Execute> direct(std::forward<Execute>(execute));
+        static_cast<void>(direct());
         return;
     }
     DispatchQueue::main().async([context, execute = std::forward<Execute>(execute)]() mutable {

@@ -1,4 +1,3 @@
-#include <Corvane/Core/LogCategory.hpp>
 #include <Corvane/Core/Loggers.hpp>
 
 namespace corvane {
@@ -7,11 +6,15 @@ namespace {
 
 template <LogCategory category>
 const Logger& shared() noexcept {
-    static const Logger logger("Corvane", description(category));
+    static const Logger logger = Loggers::of(category);
     return logger;
 }
 
 }  // namespace
+
+Logger Loggers::of(LogCategory category) {
+    return {subsystem, description(category)};
+}
 
 const Logger& Loggers::command() noexcept {
     return shared<LogCategory::command>();

@@ -34,9 +34,9 @@ class CORVANE_EXPORT SourceFileContext {
         : where_(where), line_(where.line()) {}
 
     /// A place given in texts, which must live as long as any copy of it (they are meant to be literals) and
-    /// are printed as they stand.
+    /// are printed as they stand; a null one is empty.
     constexpr SourceFileContext(const char* file, const char* function, std::uint64_t line) noexcept
-        : file_(file), function_(function), line_(line) {}
+        : file_(file != nullptr ? file : ""), function_(function != nullptr ? function : ""), line_(line) {}
 
     /// The path of the file as the compiler was given it.
     [[nodiscard]] constexpr std::string_view file() const noexcept {

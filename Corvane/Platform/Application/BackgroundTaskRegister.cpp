@@ -53,7 +53,7 @@ bool BackgroundTaskRegister::waitForRunning(double seconds) {
     // A task that ends elsewhere after it was seen running wakes the loop.
     bool allEnded = isEmpty();
     while (!allEnded && !isTimeUp) {
-        RunLoop::main().runOnce();
+        if (!RunLoop::main().runOnce()) isTimeUp = true;
         allEnded = isEmpty();
     }
     if (deadline) deadline->invalidate();

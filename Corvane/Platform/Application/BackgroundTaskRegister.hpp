@@ -24,9 +24,9 @@ class CORVANE_EXPORT BackgroundTaskRegister final : public BackgroundTaskHost {
     [[nodiscard]] std::vector<std::string> runningNames() const;
 
     /// Runs the main run loop until no task is running, those begun meanwhile included, but not longer than `seconds`
-    /// on the clock in force. The tasks left then expire: each is called to stop, in the order they were begun, and
-    /// counts as ended afterwards. Returns whether all ended by themselves. For the main thread only, when the
-    /// application is about to exit.
+    /// on the clock in force, and not beyond a `RunLoop::stop` of that loop. The tasks left then expire: each is called
+    /// to stop, in the order they were begun, and counts as ended afterwards. Returns whether all ended by themselves.
+    /// For the main thread only, when the application is about to exit.
     bool waitForRunning(double seconds);
 
   private:

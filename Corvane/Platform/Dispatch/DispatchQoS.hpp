@@ -21,7 +21,8 @@ enum class QoSClass : unsigned char {
 /// The name of the class: "userInteractive", "default", ...
 [[nodiscard]] CORVANE_EXPORT std::string_view description(QoSClass qosClass) noexcept;
 
-/// A quality of service: a class and a priority relative to others of the class, from -15 to 0.
+/// A quality of service: a class, and a priority relative to others of the class, from -15 to 0. The queues go by
+/// the class; the priority is carried and printed, and orders nothing.
 struct CORVANE_EXPORT DispatchQoS {
     QoSClass qosClass = QoSClass::unspecified;
     int relativePriority = 0;

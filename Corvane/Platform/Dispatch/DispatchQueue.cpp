@@ -147,7 +147,9 @@ void DispatchQueue::runAndWait(void (*body)(void*), void* context) {
     std::optional<QueueFrame> mainFrame;
     if (Thread::isMainThread()) mainFrame.emplace(&main());
     const QueueFrame* const waiter = QueueFrame::current();
-    if (QueueFrame::isHeldUp(waiter, this)) {
+    // A queue is held up by what holds up its target; a global queue has other workers.
+    for (const DispatchQueue* queue = this; queue != nullptr; queue = queue->target()) {
+        if (dynamic_cast<const GlobalQueue*>(queue) != nullptr || !QueueFrame::isHeldUp(waiter, queue)) continue;
         fatalError("sync was called on the queue \"" + label_ + "\" by a block that the queue waits for");
     }
 

@@ -99,6 +99,10 @@ class CORVANE_EXPORT DispatchQueue : public std::enable_shared_from_this<Dispatc
     virtual void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) = 0;
     /// Whether other blocks wait for the threads of this queue; a drain job that keeps one asks it.
     [[nodiscard]] virtual bool hasWaiting() const noexcept = 0;
+
+    /// The queue that this one's blocks occupy as well: the target of a serial queue.
+    [[nodiscard]] virtual const DispatchQueue* target() const noexcept { return nullptr; }
+
     void runAndWait(void (*body)(void*), void* context);
 
     std::string label_;

@@ -37,7 +37,7 @@ class CORVANE_EXPORT RunLoop {
     void runUntil(Date limit);
 
     /// Waits until there is something to do and does it: the blocks queued by then and the timers due.
-    /// Returns false when `stop` ended the wait and nothing ran.
+    /// Returns false when `stop` was called, before the wait, during it or by what ran.
     bool runOnce();
 
     /// Does what is due now without waiting; returns whether anything ran.

@@ -115,10 +115,7 @@ bool RunLoop::Implementation::runOnce() {
     const Pump pump(*this, true);
     for (;;) {
         if (stop_.exchange(false, std::memory_order_acq_rel)) return false;
-        if (step()) {
-            stop_.store(false, std::memory_order_release);
-            return true;
-        }
+        if (step()) return !stop_.exchange(false, std::memory_order_acq_rel);
         sleep(SteadyInstant::max());
     }
 }

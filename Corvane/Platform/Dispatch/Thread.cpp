@@ -10,7 +10,7 @@ bool Thread::isMainThread() noexcept {
 
 void Thread::assumeMainExecutor(std::source_location where) {
     if (isMainThread()) return;
-    fatalError("Incorrect actor executor assumption; Expected same executor as MainActor", where);
+    fatalError("Incorrect actor executor assumption; Expected same executor as the main executor", where);
 }
 
 }  // namespace corvane

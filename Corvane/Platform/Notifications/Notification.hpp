@@ -1,11 +1,13 @@
 #pragma once
 
 #include <any>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <typeinfo>
 #include <utility>
 
@@ -38,16 +40,27 @@ class CORVANE_EXPORT Notification {
     /// `object` is the sender, as a rule; it is kept alive until the notification is delivered.
     template <class T = void>
     explicit Notification(NotificationName name, std::shared_ptr<T> object = nullptr, UserInfo userInfo = {})
-        : name_(name.text()), object_(std::move(object)), objectType_(&typeid(T)), userInfo_(std::move(userInfo)) {}
+        : name_(name.text()),
+          object_(std::move(object)),
+          objectType_(&typeid(T)),
+          isObjectConst_(std::is_const_v<T>),
+          userInfo_(std::move(userInfo)) {}
+
+    /// Without a sender.
+    Notification(NotificationName name, std::nullptr_t, UserInfo userInfo)
+        : Notification(name, std::shared_ptr<void>(), std::move(userInfo)) {}
 
     [[nodiscard]] NotificationName name() const noexcept { return NotificationName(name_); }
 
-    [[nodiscard]] const std::shared_ptr<void>& object() const noexcept { return object_; }
+    [[nodiscard]] const std::shared_ptr<const void>& object() const noexcept { return object_; }
 
-    /// The object when it was posted as exactly a `T`, null otherwise.
+    /// The object when it was posted as exactly a `T`, const or not, null otherwise. An object posted as const is
+    /// to be asked for as const.
     template <class T>
     [[nodiscard]] std::shared_ptr<T> objectAs() const noexcept {
-        return *objectType_ == typeid(T) ? std::static_pointer_cast<T>(object_) : nullptr;
+        if (*objectType_ != typeid(T) || (isObjectConst_ && !std::is_const_v<T>)) return nullptr;
+        // What is cast away here was put on here: an object posted as const is given out as const alone.
+        return std::static_pointer_cast<T>(std::const_pointer_cast<void>(object_));
     }
 
     [[nodiscard]] const UserInfo& userInfo() const noexcept { return userInfo_; }
@@ -61,8 +74,9 @@ class CORVANE_EXPORT Notification {
 
   private:
     std::string name_;
-    std::shared_ptr<void> object_;
+    std::shared_ptr<const void> object_;
     const std::type_info* objectType_;
+    bool isObjectConst_;
     UserInfo userInfo_;
 };
 

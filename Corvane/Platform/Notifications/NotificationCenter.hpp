@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -51,6 +52,11 @@ class CORVANE_EXPORT NotificationCenter {
     template <class T = void>
     void post(NotificationName name, std::shared_ptr<T> object = nullptr, Notification::UserInfo userInfo = {}) {
         post(Notification(name, std::move(object), std::move(userInfo)));
+    }
+
+    /// The same without a sender.
+    void post(NotificationName name, std::nullptr_t, Notification::UserInfo userInfo) {
+        post(Notification(name, nullptr, std::move(userInfo)));
     }
 
     class Registry;

@@ -143,5 +143,14 @@ TEST(BackgroundTaskRegister, ServesManyThreadsAtOnce) {
     EXPECT_EQ(tasks.runningNames(), Names{});
 }
 
+TEST(BackgroundTaskRegister, GivesUpWaitingWhenTheMainRunLoopIsStopped) {
+    BackgroundTaskRegister tasks;
+    int expired = 0;
+    tasks.begin("first", [&expired] { ++expired; });
+    DispatchQueue::main().async([] { RunLoop::main().stop(); });
+    EXPECT_FALSE(tasks.waitForRunning(60));
+    EXPECT_EQ(expired, 1);
+}
+
 }  // namespace
 }  // namespace corvane

@@ -35,7 +35,7 @@ TEST(Thread, TellsTheFirstThreadFromOthers) {
 
 TEST(ThreadDeathTest, StopsWhereTheMainExecutorIsAssumedWrongly) {
     EXPECT_DEATH(std::thread([] { Thread::assumeMainExecutor(); }).join(),
-                 "Fatal error: Incorrect actor executor assumption; Expected same executor as MainActor");
+                 "Fatal error: Incorrect actor executor assumption; Expected same executor as the main executor");
 }
 
 TEST(DispatchQoS, DescribesItself) {

@@ -155,6 +155,9 @@ TEST(DispatchQueueDeathTest, SyncOnAQueueThatWaitsForTheCallerStopsTheProcess) {
     const auto other = DispatchQueue::serial("other");
     EXPECT_DEATH(queue->sync([&] { other->sync([&] { queue->sync([] {}); }); }), "queue \"queue\"");
     EXPECT_DEATH(queue->sync([&] { DispatchQueue::main().sync([] {}); }), "queue \"corvane.main\"");
+    EXPECT_DEATH(target->sync([&] { queue->sync([] {}); }), "queue \"queue\"");
+    const auto onMain = DispatchQueue::serial("on main", {}, DispatchQueue::main().shared_from_this());
+    EXPECT_DEATH(onMain->sync([] {}), "queue \"on main\"");
 }
 
 TEST(DispatchQueue, DelayedBlocksComeInOrderOnTheClockInForce) {

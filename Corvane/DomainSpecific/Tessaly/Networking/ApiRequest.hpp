@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
+#include <variant>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 #include <Corvane/Export.hpp>
@@ -21,11 +23,14 @@ class SimpleHttpRequest;
 ///     auto request = ApiRequest::make({.url = url, .description = "fixtures", .cachePeriod = 30.0});
 class CORVANE_EXPORT ApiRequest {
   public:
+    /// An identifier that travels with a request: a number or a text, as the application has them.
+    using PayloadId = std::variant<std::int64_t, std::string>;
+
     struct Fields {
         URL url;
         std::string description = {};
         std::optional<Data> payload = {};
-        std::optional<std::set<std::string>> payloadIds = {};
+        std::optional<std::set<PayloadId>> payloadIds = {};
         std::optional<std::string> ifModifiedSince = {};
         DataLoadOptions options = {};
         std::optional<double> cachePeriod = {};
@@ -48,7 +53,7 @@ class CORVANE_EXPORT ApiRequest {
     [[nodiscard]] const std::optional<Data>& payload() const noexcept { return fields_.payload; }
 
     /// Identifiers that travel with the request for its users; the download road does not look at them.
-    [[nodiscard]] const std::optional<std::set<std::string>>& payloadIds() const noexcept { return fields_.payloadIds; }
+    [[nodiscard]] const std::optional<std::set<PayloadId>>& payloadIds() const noexcept { return fields_.payloadIds; }
 
     /// Sent byte for byte as "If-Modified-Since".
     [[nodiscard]] const std::optional<std::string>& ifModifiedSince() const noexcept { return fields_.ifModifiedSince; }

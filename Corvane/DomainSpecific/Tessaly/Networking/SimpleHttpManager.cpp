@@ -1,8 +1,8 @@
 #include <utility>
 
+#include <Corvane/Concurrency/ConvenientDispatch.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
-#include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace corvane {
@@ -46,27 +46,37 @@ void SimpleHttpManager::request(URLRequest urlRequest) {
     session_->dataTask(std::move(urlRequest))->resume();
 }
 
-void SimpleHttpManager::request(const std::shared_ptr<const SimpleHttpRequest>& request, Callback callback) {
-    if (!request->url()) {
-        callback(SimpleHttpResponse(SimpleHttpResponse::Errors::invalidUrl()));
+void SimpleHttpManager::request(std::shared_ptr<const SimpleHttpRequest> request, Callback callback) {
+    auto urlRequest = request->urlRequest();
+    if (!urlRequest) {
+        if (callback) callback(SimpleHttpResponse(SimpleHttpResponse::Errors::invalidUrl()));
         return;
     }
-    const auto task = createTask(request, std::move(callback));
-    (*task)->setTaskDescription(request->description());
-    (*task)->resume();
+    const auto task = makeTask(*std::move(urlRequest), request, std::move(callback));
+    task->setTaskDescription(request->description());
+    task->resume();
 }
 
 std::expected<std::shared_ptr<URLSessionDataTask>, AnyError> SimpleHttpManager::createTask(
     std::shared_ptr<const SimpleHttpRequest> request, Callback callback) {
     auto urlRequest = request->urlRequest();
     if (!urlRequest) return std::unexpected(SimpleHttpResponse::Errors::invalidUrl());
+    return makeTask(*std::move(urlRequest), std::move(request), std::move(callback));
+}
+
+std::shared_ptr<URLSessionDataTask> SimpleHttpManager::makeTask(URLRequest urlRequest,
+                                                                std::shared_ptr<const SimpleHttpRequest> request,
+                                                                Callback callback) {
     const bool isEphemeral = request->isEphemeral();
-    return createTask(*std::move(urlRequest), isEphemeral,
-                      [request = std::move(request), callback = std::move(callback)](
-                          std::optional<Data> data, const std::shared_ptr<const HTTPURLResponse>& urlResponse,
-                          std::optional<PlatformError> error) mutable {
-                          callback(SimpleHttpResponse(request.get(), std::move(data), urlResponse, std::move(error)));
-                      });
+    URLSession::CompletionHandler completion;
+    if (callback) {
+        completion = [request = std::move(request), callback = std::move(callback)](
+                         std::optional<Data> data, const std::shared_ptr<const HTTPURLResponse>& urlResponse,
+                         std::optional<PlatformError> error) mutable {
+            callback(SimpleHttpResponse(request.get(), std::move(data), urlResponse, std::move(error)));
+        };
+    }
+    return createTask(std::move(urlRequest), isEphemeral, std::move(completion));
 }
 
 std::shared_ptr<URLSessionDataTask> SimpleHttpManager::createTask(URLRequest urlRequest, bool isEphemeral,
@@ -74,25 +84,36 @@ std::shared_ptr<URLSessionDataTask> SimpleHttpManager::createTask(URLRequest url
     return (isEphemeral ? ephemeralSession_ : session_)->dataTask(std::move(urlRequest), std::move(callback));
 }
 
-void SimpleHttpManager::startBackgroundTask(URLRequest urlRequest, std::string description) {
-    if (!Thread::isMainThread()) {
-        DispatchQueue::main().async([self = shared_from_this(), urlRequest = std::move(urlRequest),
-                                     description = std::move(description)]() mutable {
-            self->startBackgroundTask(std::move(urlRequest), std::move(description));
-        });
-        return;
-    }
+void SimpleHttpManager::startBackgroundTask(URLRequest urlRequest, std::string description, SourceFileContext context) {
     const auto session = URLSession::make(backgroundConfiguration_, shared_from_this(), DispatchQueue::main());
     const auto task = session->dataTask(std::move(urlRequest));
     task->setPriority(URLSessionDataTask::highPriority);
     task->setTaskDescription(std::move(description));
-    const auto identifier = BackgroundTasks::begin("FinishNetworkTasks", [weak = weak_from_this(), key = task.get()] {
-        if (const auto self = weak.lock()) self->endBackgroundTask(key);
-    });
-    if (identifier != BackgroundTasks::invalid) backgroundTaskIdForTask_.emplace(task.get(), identifier);
-    task->resume();
-    // The running task owns the session, which holds its delegate, this manager, until the task has completed.
-    session->finishTasksAndInvalidate();
+
+    // Begun before the hop: a main thread that is about to leave must find something to wait for. The platform may
+    // lose its patience before the hop is through; the main thread alone knows and looks.
+    const auto isExpired = std::make_shared<bool>(false);
+    const auto identifier = BackgroundTasks::begin(
+        "FinishNetworkTasks", [weak = weak_from_this(), weakTask = std::weak_ptr(task), isExpired] {
+            *isExpired = true;
+            const auto self = weak.lock();
+            const auto expired = weakTask.lock();
+            if (self && expired) self->endBackgroundTask(expired.get());
+        });
+    performOnMain(
+        [self = shared_from_this(), session, task, identifier, isExpired] {
+            if (identifier != BackgroundTasks::invalid) {
+                if (*isExpired) {
+                    BackgroundTasks::end(identifier);
+                } else {
+                    self->backgroundTaskIdForTask_.emplace(task.get(), identifier);
+                }
+            }
+            task->resume();
+            // The running task owns the session, which holds its delegate, the manager, until the task has completed.
+            session->finishTasksAndInvalidate();
+        },
+        context);
 }
 
 URLSessionDelayedRequestDecision SimpleHttpManager::taskWillBeginDelayedRequest(URLSession&, URLSessionDataTask&,

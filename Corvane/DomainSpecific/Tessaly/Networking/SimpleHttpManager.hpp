@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_map>
 
+#include <Corvane/Core/SourceFileContext.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
@@ -32,7 +33,8 @@ namespace corvane {
 class CORVANE_EXPORT SimpleHttpManager final : public URLSessionDelegate,
                                                public std::enable_shared_from_this<SimpleHttpManager> {
   public:
-    /// Called once, on the queue of the session that carried the request, not on the main thread.
+    /// Called once, on the queue of the session that carried the request, not on the main thread. An empty one means
+    /// that nobody wants to know.
     using Callback = UniqueFunction<void(SimpleHttpResponse response)>;
 
     /// The process's manager, made on first use and never destroyed.
@@ -50,7 +52,7 @@ class CORVANE_EXPORT SimpleHttpManager final : public URLSessionDelegate,
 
     [[nodiscard]] const std::shared_ptr<URLSession>& session() const noexcept { return session_; }
 
-    /// Keeps no cookies, caches or credentials beyond the process.
+    /// Keeps nothing from one request to the next: no cookies, caches or credentials.
     [[nodiscard]] const std::shared_ptr<URLSession>& ephemeralSession() const noexcept { return ephemeralSession_; }
 
     /// Sends `urlRequest` over `session` and forgets it.
@@ -58,7 +60,7 @@ class CORVANE_EXPORT SimpleHttpManager final : public URLSessionDelegate,
 
     /// Sends `request` over the session it chooses. A request that cannot be made into a task calls back at once,
     /// on the calling thread.
-    void request(const std::shared_ptr<const SimpleHttpRequest>& request, Callback callback);
+    void request(std::shared_ptr<const SimpleHttpRequest> request, Callback callback);
 
     /// Makes the task of `request`, to be resumed by the caller. Fails with `SimpleHttpResponse::Errors::invalidUrl()`
     /// and without a callback when the request has no URL.
@@ -71,8 +73,10 @@ class CORVANE_EXPORT SimpleHttpManager final : public URLSessionDelegate,
 
     /// The background road: sends `urlRequest` over a session of its own at high priority, protected by the background
     /// task "FinishNetworkTasks" until data comes, the transfer ends or the platform's patience does, and reports
-    /// the JSON object that came to the delegate. Off the main thread this begins as soon as the main queue gets to it.
-    void startBackgroundTask(URLRequest urlRequest, std::string description);
+    /// the JSON object that came to the delegate. The protection begins before this returns; off the main thread the
+    /// request goes out as soon as the main queue gets to it.
+    void startBackgroundTask(URLRequest urlRequest, std::string description,
+                             SourceFileContext context = SourceFileContext::current());
 
     /// Hears of the background road's requests; held weakly. Main thread only.
     [[nodiscard]] std::shared_ptr<BackgroundSessionDelegate> delegate() const noexcept { return delegate_.lock(); }
@@ -96,6 +100,9 @@ class CORVANE_EXPORT SimpleHttpManager final : public URLSessionDelegate,
   private:
     SimpleHttpManager(URLSessionConfiguration configuration, URLSessionConfiguration ephemeralConfiguration);
 
+    [[nodiscard]] std::shared_ptr<URLSessionDataTask> makeTask(URLRequest urlRequest,
+                                                               std::shared_ptr<const SimpleHttpRequest> request,
+                                                               Callback callback);
     void endBackgroundTask(const URLSessionDataTask* task);
     void reportFailure(URLSessionDataTask& task, const AnyError& error);
 

@@ -46,7 +46,7 @@ class CORVANE_EXPORT SimpleHttpRequest {
     /// (RFC 9110, section 13.1.3).
     [[nodiscard]] const std::optional<std::string>& ifModifiedSince() const noexcept { return fields_.ifModifiedSince; }
 
-    /// Whether the request goes over the session that keeps cookies, caches and credentials in memory only.
+    /// Whether the request goes over the session that keeps nothing from one request to the next.
     [[nodiscard]] bool isEphemeral() const noexcept { return fields_.isEphemeral; }
 
     /// A request without one fails with `SimpleHttpResponse::Errors::invalidUrl()`.

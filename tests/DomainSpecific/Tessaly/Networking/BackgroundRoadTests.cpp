@@ -32,6 +32,7 @@ class CountingHost : public BackgroundTaskHost {
     Identifier begin(std::string name, std::function<void()> expirationHandler) override {
         begun.push_back(std::move(name));
         expire = std::move(expirationHandler);
+        if (isImpatient) expire();
         return isRefusing ? invalid : 40 + begun.size();
     }
 
@@ -41,6 +42,7 @@ class CountingHost : public BackgroundTaskHost {
     }
 
     bool isRefusing = false;
+    bool isImpatient = false;
     std::vector<std::string> begun;
     std::vector<Identifier> ended;
     std::function<void()> expire;
@@ -148,9 +150,29 @@ TEST_F(BackgroundRoad, GoesOnWithoutProtectionWhenThePlatformRefusesIt) {
     EXPECT_THAT(host->ended, IsEmpty());
 }
 
+TEST_F(BackgroundRoad, IsNeverLeftWithAProtectionThatRanOutWhileItBegan) {
+    host->isImpatient = true;
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    start();
+    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+    finish();
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+    EXPECT_THAT(host->ended, ElementsAre(41U));
+}
+
+TEST_F(BackgroundRoad, IsWaitedForWhenItWasTakenOnAnotherThreadJustBeforeTheExit) {
+    BackgroundTasks::setHost(nullptr);
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    std::jthread([this] { start(); }).join();
+    EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+}
+
 TEST_F(BackgroundRoad, MayBeTakenFromAnyThread) {
     server.route("GET", "/", LoopbackResponse::json("{}"));
     std::jthread([this] { start(); }).join();
+    EXPECT_THAT(host->begun, ElementsAre("FinishNetworkTasks"));
     EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
     finish();
     EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
