@@ -37,7 +37,8 @@ class CORVANE_EXPORT URLSession {
     using CompletionHandler = UniqueFunction<void(
         std::optional<Data> data, std::shared_ptr<const HTTPURLResponse> response, std::optional<PlatformError> error)>;
 
-    /// Callbacks come on `delegateQueue`; without one, on a serial queue of the session's own.
+    /// Callbacks come on `delegateQueue`; without one, on a serial queue of the session's own. A queue that runs blocks
+    /// side by side calls back for several tasks at once.
     [[nodiscard]] static std::shared_ptr<URLSession> make(URLSessionConfiguration configuration,
                                                           std::shared_ptr<URLSessionDelegate> delegate = nullptr,
                                                           std::shared_ptr<DispatchQueue> delegateQueue = nullptr);

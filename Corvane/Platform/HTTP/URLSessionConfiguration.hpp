@@ -10,8 +10,9 @@
 
 namespace corvane {
 
-/// What a `URLSession` is made with; the session keeps a copy. Nothing is taken from environment variables or
-/// files: no proxy, credentials or cookies but those stated here.
+/// What a `URLSession` is made with; the session keeps a copy. Corvane takes nothing from environment variables or
+/// files: no proxy, credentials or cookies but those stated here. (The TLS library has variables of its own, for the
+/// administrator and for debugging.)
 struct CORVANE_EXPORT URLSessionConfiguration {
     /// Cookies kept in memory for the life of the session.
     [[nodiscard]] static URLSessionConfiguration defaultConfiguration();
@@ -34,6 +35,10 @@ struct CORVANE_EXPORT URLSessionConfiguration {
 
     /// Fields added to every request that does not state them itself.
     std::vector<HTTPHeaderField> httpAdditionalHeaders;
+
+    /// The names, in any letter case, of the fields that a redirect to another origin (scheme, host and port) leaves
+    /// behind. Add those that carry an application's own credentials.
+    std::vector<std::string> originBoundFields = {"Authorization", "Cookie", "Proxy-Authorization"};
 
     /// "http://host:port", "https://...", "socks5h://..."; absent: connect directly.
     std::optional<std::string> proxy;

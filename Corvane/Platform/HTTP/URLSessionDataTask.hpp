@@ -42,7 +42,8 @@ class CORVANE_EXPORT URLSessionDataTask {
     virtual void resume() = 0;
 
     /// Holds back a task that was not started; of a started one only the completion is held back until
-    /// `resume` or `cancel`: the bytes on their way still arrive. Its timeout does not run meanwhile.
+    /// `resume` or `cancel`: the bytes on their way still arrive. Its timeout does not run meanwhile. Without handles
+    /// it waits for `URLSession::invalidateAndCancel`.
     virtual void suspend() = 0;
 
     /// Completes the task with `URLError::cancelled`, started or not; does nothing once its completion is on its

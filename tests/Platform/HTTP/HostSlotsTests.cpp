@@ -46,15 +46,19 @@ TEST(HostSlots, RaiseTheLimitOfMultiplexedOrigins) {
     EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
     for (int number = 2; number <= 102; ++number)
         EXPECT_FALSE(slots.acquire("a", 0.5F, entry(number)));
-    EXPECT_EQ(slots.setMultiplexed("a").size(), 99U);
-    EXPECT_TRUE(slots.setMultiplexed("a").empty());
+    EXPECT_EQ(slots.setMultiplexed("a", true).size(), 99U);
+    EXPECT_TRUE(slots.setMultiplexed("a", true).empty());
     for (const int number : {101, 102, 0, 0})
         EXPECT_EQ(numberOf(slots.release("a")), number);
     for (int number = 0; number < 98; ++number)
         EXPECT_EQ(slots.release("a"), nullptr);
-    // The origin is remembered.
+    // The origin is remembered, until it answers otherwise.
     EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
     EXPECT_TRUE(slots.acquire("a", 0.5F, entry(2)));
+    EXPECT_TRUE(slots.setMultiplexed("a", false).empty());
+    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(3)));
+    EXPECT_EQ(slots.release("a"), nullptr) << "there is one more than the limit";
+    EXPECT_EQ(numberOf(slots.release("a")), 3);
 }
 
 }  // namespace

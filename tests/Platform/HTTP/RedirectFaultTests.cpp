@@ -83,9 +83,15 @@ TEST_F(RedirectFault, CredentialsStayWithTheirHost) {
     server.route("GET", "/alias", LoopbackResponse::redirect(server.url("/there", "localhost")));
     server.route("GET", "/set", LoopbackResponse::json("").with("Set-Cookie", "session=secret"));
 
-    useConfiguration(URLSessionConfiguration::defaultConfiguration());
+    server.route("GET", "/chain", LoopbackResponse::redirect(other.url("/chain")));
+    other.route("GET", "/chain", LoopbackResponse::redirect("/there"));
+
+    auto configuration = URLSessionConfiguration::defaultConfiguration();
+    configuration.httpAdditionalHeaders = {{"Session-Token", "secret"}, {"X-App", "kept"}};
+    configuration.originBoundFields.emplace_back("session-token");
+    useConfiguration(configuration);
     loadOne(request("/set"));
-    for (const char* const target : {"/home", "/away", "/alias"}) {
+    for (const char* const target : {"/home", "/chain", "/away", "/alias"}) {
         URLRequest asked = request(target);
         asked.setValue("Bearer secret", "Authorization");
         asked.setValue("kept", "X-Other");
@@ -93,6 +99,11 @@ TEST_F(RedirectFault, CredentialsStayWithTheirHost) {
     }
     const LoopbackRequest away = other.requests().back();
     const LoopbackRequest alias = server.requests().back();
+    for (const LoopbackRequest& stranger : other.requests()) {
+        EXPECT_EQ(stranger.header("Session-Token"), std::nullopt) << stranger.target;
+        EXPECT_EQ(stranger.header("Authorization"), std::nullopt) << stranger.target;
+        EXPECT_EQ(stranger.header("X-App"), "kept") << stranger.target;
+    }
     for (const LoopbackRequest& stranger : {away, alias}) {
         EXPECT_EQ(stranger.header("X-Other"), "kept");
         EXPECT_EQ(stranger.header("Authorization"), std::nullopt);
@@ -103,6 +114,7 @@ TEST_F(RedirectFault, CredentialsStayWithTheirHost) {
         if (request.target == "/there" && request.header("Host")->starts_with("127.")) {
             EXPECT_EQ(request.header("Authorization"), "Bearer secret");
             EXPECT_EQ(request.header("Cookie"), "session=secret");
+            EXPECT_EQ(request.header("Session-Token"), "secret");
         }
     }
 }

@@ -144,6 +144,26 @@ TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBack) {
     EXPECT_EQ(completions.wait().body(), "late");
 }
 
+TEST_F(URLSessionTest, CompletesASuspendedTaskThatNobodyHoldsWhenItIsCancelled) {
+    server.route("GET", "/held", LoopbackResponse::held());
+    server.route("GET", "/x", LoopbackResponse::json("x"));
+    auto configuration = URLSessionConfiguration::ephemeral();
+    configuration.maximumConnectionsPerHost = 1;
+    const auto narrow = URLSession::make(configuration);
+    Completions completions;
+    auto task = narrow->dataTask(request("/held"), completions.handler());
+    task->resume();
+    const auto exchange = server.waitForHeldExchange();
+    ASSERT_TRUE(exchange);
+    task->suspend();
+    task.reset();
+    exchange->respond(LoopbackResponse::json("late"));
+    EXPECT_EQ(load(narrow, request("/x")).body(), "x");
+    narrow->invalidateAndCancel();
+    EXPECT_TRUE(completions.wait().error == URLError::cancelled);
+    EXPECT_EQ(completions.all().size(), 1U);
+}
+
 TEST_F(URLSessionTest, DoesNotTimeOutWhileSuspendedOrWhileBytesMove) {
     testing::VirtualClock clock;
     server.route("GET", "/held", LoopbackResponse::held());

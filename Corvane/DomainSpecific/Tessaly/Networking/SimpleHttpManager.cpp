@@ -1,12 +1,19 @@
 #include <utility>
 
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace corvane {
 namespace {
+
+/// The back end's own credential stays with it, too.
+URLSessionConfiguration bindingToken(URLSessionConfiguration configuration) {
+    configuration.originBoundFields.emplace_back(HTTPHeaders::sessionToken);
+    return configuration;
+}
 
 URLSessionConfiguration forBackground(URLSessionConfiguration configuration) {
     configuration.shouldUseExtendedBackgroundIdleMode = true;
@@ -27,7 +34,7 @@ const std::shared_ptr<SimpleHttpManager>& SimpleHttpManager::sharedInstance() {
 std::shared_ptr<SimpleHttpManager> SimpleHttpManager::make(URLSessionConfiguration configuration,
                                                            URLSessionConfiguration ephemeralConfiguration) {
     return std::shared_ptr<SimpleHttpManager>(
-        new SimpleHttpManager(std::move(configuration), std::move(ephemeralConfiguration)));
+        new SimpleHttpManager(bindingToken(std::move(configuration)), bindingToken(std::move(ephemeralConfiguration))));
 }
 
 SimpleHttpManager::SimpleHttpManager(URLSessionConfiguration configuration,

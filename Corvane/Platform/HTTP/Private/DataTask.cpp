@@ -36,6 +36,7 @@ void DataTask::resume() {
     state_ = URLSessionTaskState::running;
     const std::shared_ptr<Session> session = session_;
     if (hasOutcome_) {
+        const auto parked = std::exchange(parked_, nullptr);
         isPosted_ = true;
         lock.unlock();
         post(*session);
@@ -78,6 +79,7 @@ void DataTask::cancel() {
     outcome_ = {.error = makeURLError(URLError::cancelled)};
     state_ = URLSessionTaskState::canceling;
     const std::shared_ptr<Session> session = session_;
+    const auto parked = std::exchange(parked_, nullptr);
     lock.unlock();
     post(*session);
     if (isUnderWay) NetworkThread::shared().update(shared_from_this());
@@ -88,7 +90,10 @@ void DataTask::finish(TaskOutcome outcome) {
     if (hasOutcome_) return;
     hasOutcome_ = true;
     outcome_ = std::move(outcome);
-    if (state_ == URLSessionTaskState::suspended) return;
+    if (state_ == URLSessionTaskState::suspended) {
+        parked_ = shared_from_this();
+        return;
+    }
     isPosted_ = true;
     const std::shared_ptr<Session> session = session_;
     lock.unlock();
@@ -159,6 +164,14 @@ std::shared_ptr<Session> DataTask::beginTransit() {
     const std::lock_guard lock(mutex_);
     if (hasOutcome_) return nullptr;
     transit.session = session_;
+    // Made a part of the first request, so that a redirect treats them as it treats the request's own.
+    if (const auto& additional = session_->configuration().httpAdditionalHeaders;
+        !additional.empty() && !transit.request) {
+        transit.request = request_;
+        for (const auto& field : additional) {
+            if (!request_.value(field.name)) transit.request->addValue(field.value, field.name);
+        }
+    }
     transit.isSuspended = state_ == URLSessionTaskState::suspended;
     const URL& url = nextRequest().url();
     if (login_) {

@@ -123,6 +123,8 @@ class DataTask final : public URLSessionDataTask,
     /// Whether the outcome is on its way to the delegate queue: from here on nothing changes it.
     bool isPosted_ = false;
     TaskOutcome outcome_;
+    /// The task itself while it is suspended and has an outcome: nobody else may be holding it then.
+    std::shared_ptr<DataTask> parked_;
     std::string description_;
     std::optional<Login> login_;
 };

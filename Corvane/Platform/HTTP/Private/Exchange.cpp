@@ -151,9 +151,6 @@ bool Exchange::setFields() {
     for (const auto& field : request_->headerFields()) {
         if (!isOurs(field.name) && !addField(field)) return false;
     }
-    for (const auto& field : configuration_.httpAdditionalHeaders) {
-        if (!isOurs(field.name) && !request_->value(field.name) && !addField(field)) return false;
-    }
     // What libcurl would add to a request with a body, and nobody asked for.
     const bool hasBody = request_->httpMethod() != "GET" || request_->httpBody();
     if (hasBody) {

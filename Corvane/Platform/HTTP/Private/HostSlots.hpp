@@ -35,13 +35,10 @@ class HostSlots {
         const auto found = hosts_.find(origin);
         if (found == hosts_.end()) return nullptr;
         Host& host = found->second;
-        if (!host.waiting.empty()) {
-            Entry next = std::move(host.waiting.front().entry);
-            host.waiting.pop_front();
-            return next;
-        }
+        --host.active;
+        if (!host.waiting.empty() && host.active < limitOf(host)) return admit(host);
         // What is known of an origin outlives its requests only when it is more than a count.
-        if (--host.active == 0 && !host.isMultiplexed) hosts_.erase(found);
+        if (host.active == 0 && !host.isMultiplexed) hosts_.erase(found);
         return nullptr;
     }
 
@@ -52,16 +49,16 @@ class HostSlots {
         std::erase_if(found->second.waiting, [&](const Waiting& each) { return each.entry == entry; });
     }
 
-    /// Notes that one connection to the origin carries many requests, which raises the limit. Those who have slots now
-    /// because of it.
-    std::vector<Entry> setMultiplexed(const std::string& origin) {
+    /// Notes whether one connection to the origin carries many requests, which raises the limit. Those who have slots
+    /// now because of it.
+    std::vector<Entry> setMultiplexed(const std::string& origin, bool isMultiplexed) {
         std::vector<Entry> admitted;
-        Host& host = hosts_[origin];
-        host.isMultiplexed = true;
-        for (; host.active < limitOf(host) && !host.waiting.empty(); ++host.active) {
-            admitted.push_back(std::move(host.waiting.front().entry));
-            host.waiting.pop_front();
-        }
+        const auto found = hosts_.find(origin);
+        if (found == hosts_.end()) return admitted;
+        Host& host = found->second;
+        host.isMultiplexed = isMultiplexed;
+        while (host.active < limitOf(host) && !host.waiting.empty())
+            admitted.push_back(admit(host));
         return admitted;
     }
 
@@ -79,6 +76,13 @@ class HostSlots {
         bool isMultiplexed = false;
         std::deque<Waiting> waiting;
     };
+
+    static Entry admit(Host& host) {
+        ++host.active;
+        Entry next = std::move(host.waiting.front().entry);
+        host.waiting.pop_front();
+        return next;
+    }
 
     [[nodiscard]] std::size_t limitOf(const Host& host) const noexcept {
         return host.isMultiplexed ? std::max(limit_, multiplexedLimit) : limit_;

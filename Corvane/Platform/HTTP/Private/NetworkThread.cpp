@@ -266,9 +266,9 @@ void NetworkThread::fail(const std::shared_ptr<DataTask>& task, PlatformError er
 
 void NetworkThread::ended(const std::shared_ptr<DataTask>& task, CURLcode code) {
     Exchange& exchange = *task->transit.exchange;
-    if (exchange.head().isHTTP2()) {
+    if (const URL& url = task->nextRequest().url(); url.scheme() == "https" && exchange.head().isFinal()) {
         auto& slots = task->transit.session->slots;
-        for (const auto& admitted : slots.setMultiplexed(task->nextRequest().url().origin()))
+        for (const auto& admitted : slots.setMultiplexed(url.origin(), exchange.head().isHTTP2()))
             launch(admitted);
     }
     if (exchange.isRedirected()) {
@@ -291,7 +291,8 @@ void NetworkThread::followRedirect(const std::shared_ptr<DataTask>& task) {
         fail(task, makeURLError(URLError::httpTooManyRedirects));
         return;
     }
-    auto next = redirected(task->nextRequest(), head.statusCode(), head.value("Location").value_or(""));
+    auto next = redirected(task->nextRequest(), head.statusCode(), head.value("Location").value_or(""),
+                           task->transit.session->configuration().originBoundFields);
     if (!next) {
         fail(task, std::move(next.error()));
         return;

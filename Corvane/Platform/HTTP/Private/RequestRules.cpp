@@ -68,7 +68,8 @@ bool isRedirect(int statusCode) noexcept {
 }
 
 std::expected<URLRequest, PlatformError> redirected(const URLRequest& request, int statusCode,
-                                                    std::string_view location) {
+                                                    std::string_view location,
+                                                    const std::vector<std::string>& originBound) {
     auto target = request.url().resolving(location);
     if (!target) {
         return std::unexpected(
@@ -82,9 +83,8 @@ std::expected<URLRequest, PlatformError> redirected(const URLRequest& request, i
     }
     URLRequest next = request;
     if (target->origin() != request.url().origin()) {
-        for (const std::string_view secret : {"Authorization", "Cookie", "Proxy-Authorization"}) {
-            next.removeValue(secret);
-        }
+        for (const std::string& field : originBound)
+            next.removeValue(field);
         // It names the host that was left.
         next.removeValue("Host");
     }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <expected>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,8 +26,9 @@ inline constexpr int maximumRedirects = 20;
 [[nodiscard]] bool isRedirect(int statusCode) noexcept;
 
 /// The request that follows a redirect: its URL, its method and body by the rules of the status, and without
-/// what must not travel to another origin.
+/// the fields in `originBound` when it goes to another origin.
 [[nodiscard]] std::expected<URLRequest, PlatformError> redirected(const URLRequest& request, int statusCode,
-                                                                  std::string_view location);
+                                                                  std::string_view location,
+                                                                  const std::vector<std::string>& originBound);
 
 }  // namespace corvane::http
