@@ -21,6 +21,7 @@ class SerialQueue final : public DispatchQueue {
     void enqueue(Work&& work, DispatchQoS qos) override;
     void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) override;
     [[nodiscard]] bool hasWaiting() const noexcept override;
+
     [[nodiscard]] const DispatchQueue* target() const noexcept override { return target_.get(); }
 
     void postDrain(QoSClass qosClass);
