@@ -30,8 +30,8 @@ concept ErrorType = requires(const E& error) {
 /// type's qualified name, the code 1, and the text "The operation couldn’t be completed. (DOMAIN error N.)".
 ///
 ///     AnyError error = PlatformError("URLErrorDomain", -1009);
-///     if (const auto* failure = error.as<PlatformError>(); failure && failure->code() == -1009)
-///     showOffline();
+///     const auto* failure = error.as<PlatformError>();
+///     if (failure != nullptr && failure->code() == -1009) showOffline();
 class CORVANE_EXPORT AnyError {
   public:
     template <class E>

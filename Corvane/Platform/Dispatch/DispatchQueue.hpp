@@ -19,9 +19,9 @@ namespace corvane {
 ///
 /// The main queue runs its blocks on the main thread, inside the main run loop. There is one global queue per
 /// quality-of-service class: as many threads as there are processors, and more while blocks block, so that it keeps
-/// making progress while up to 63 of its blocks are blocked. A serial queue
-/// runs one block at a time, on its target (another serial queue, or the global queue of its class), and lives
-/// until its last owner has let go and its last block has run. Queues have no shut-down: what was queued runs.
+/// making progress while up to 63 of its blocks are blocked. A serial queue runs one block at a time, on its target
+/// (another serial queue, or the global queue of its class), and lives until its last owner has let go and its last
+/// block has run. Queues have no shut-down: what was queued runs.
 ///
 /// All operations may be called on any thread.
 class CORVANE_EXPORT DispatchQueue : public std::enable_shared_from_this<DispatchQueue> {

@@ -27,9 +27,8 @@ class CORVANE_EXPORT HTTPURLResponse {
 
     /// The fields in the order received, values byte for byte (only the blanks around them are no part of
     /// them). Names of HTTP/1.x stay as received; HTTP/2 sends them in lower case, and they get their usual
-    /// capitals here
-    /// ("Last-Modified", "ETag"). They describe the message on the wire: the body handed over is decoded
-    /// already although Content-Encoding and the encoded Content-Length stand here.
+    /// capitals here ("Last-Modified", "ETag"). They describe the message on the wire: the body handed over is
+    /// decoded already although Content-Encoding and the encoded Content-Length stand here.
     [[nodiscard]] const std::vector<HTTPHeaderField>& headerFields() const noexcept { return headerFields_; }
 
     /// The value of the field spelled exactly so, letter case included. Repeated lines are joined with ", "

@@ -14,8 +14,7 @@
 namespace corvane {
 
 /// How caches may answer a request. The transport keeps no cache, and to caches on the way a request speaks
-/// for itself
-/// ("Cache-Control"), so that all policies but `returnCacheDataDontLoad` send it as it stands.
+/// for itself ("Cache-Control"), so that all policies but `returnCacheDataDontLoad` send it as it stands.
 enum class URLRequestCachePolicy : unsigned {
     useProtocolCachePolicy = 0,
     reloadIgnoringLocalCacheData = 1,

@@ -23,8 +23,8 @@ class DispatchQueue;
 ///
 /// There are as many workers as the machine has processors; while blocks wait and none has been started for
 /// a moment, the supervisor adds workers for those that are blocked, up to 64. Surplus workers leave when they find
-/// nothing to do. A worker takes blocks in batches; what it has not started can be
-/// taken back from it, so that no block is stuck behind one that blocks. Pools are never destroyed.
+/// nothing to do. A worker takes blocks in batches; what it has not started can be taken back from it, so that no
+/// block is stuck behind one that blocks. Pools are never destroyed.
 class WorkerPool final : public ClockClient {
   public:
     static constexpr std::size_t mostWorkers = 64;
