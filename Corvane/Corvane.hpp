@@ -81,6 +81,7 @@
 #include <Corvane/Platform/Logging/JournalSink.hpp>
 #include <Corvane/Platform/Logging/LogEntry.hpp>
 #include <Corvane/Platform/Logging/LogLevel.hpp>
+#include <Corvane/Platform/Logging/LogOrigin.hpp>
 #include <Corvane/Platform/Logging/LogSink.hpp>
 #include <Corvane/Platform/Logging/Logger.hpp>
 #include <Corvane/Platform/Logging/Logging.hpp>

@@ -13,7 +13,7 @@ bool hopsAreLogged() noexcept {
 
 template <class Pattern, class... Arguments>
 void log(const SourceFileContext& context, const Pattern& pattern, const Arguments&... arguments) noexcept {
-    logFormatted(Loggers::concurrency(), LogLevel::debug, context.sourceLocation(), pattern, arguments...);
+    logFormatted(Loggers::concurrency(), LogLevel::debug, context.origin(), pattern, arguments...);
 }
 
 }  // namespace

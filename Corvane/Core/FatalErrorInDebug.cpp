@@ -11,8 +11,8 @@ void fatalErrorInDebug(std::string_view message, SourceFileContext context) noex
 void fatalErrorInDebug(const Logger& logger, std::string_view message, SourceFileContext context) noexcept {
     if (!logger.isEnabled(LogLevel::error)) return;
     if (message.empty()) message = "";  // fmt copies from a null address, if only zero bytes
-    logFormatted(logger, LogLevel::error, context.sourceLocation(), FMT_COMPILE("{}\nat: {}, in {}, at line: {}"),
-                 message, context.function(), context.fileName(), context.line());
+    logFormatted(logger, LogLevel::error, context.origin(), FMT_COMPILE("{}\nat: {}, in {}, at line: {}"), message,
+                 context.function(), context.fileName(), context.line());
 }
 
 }  // namespace corvane

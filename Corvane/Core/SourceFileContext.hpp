@@ -9,6 +9,7 @@
 
 #include <Corvane/Core/Hasher.hpp>
 #include <Corvane/Export.hpp>
+#include <Corvane/Platform/Logging/LogOrigin.hpp>
 
 namespace corvane {
 
@@ -53,9 +54,9 @@ class CORVANE_EXPORT SourceFileContext {
 
     [[nodiscard]] constexpr std::uint64_t line() const noexcept { return line_; }
 
-    /// The place as the compiler gave it; empty, with line 0, for one given in texts.
-    [[nodiscard]] constexpr std::source_location sourceLocation() const noexcept {
-        return function_ != nullptr ? std::source_location() : where_;
+    /// The place for a log entry: as the compiler gave it, or the texts.
+    [[nodiscard]] constexpr LogOrigin origin() const noexcept {
+        return function_ != nullptr ? LogOrigin(file_, function_, line_) : LogOrigin(where_);
     }
 
     /// "function load()\n\t\tin: Loader.cpp:42".

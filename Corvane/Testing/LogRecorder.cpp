@@ -15,7 +15,7 @@ class LogRecorder::Sink final : public LogSink {
         {
             const std::lock_guard guard(mutex_);
             entries_.push_back({entry.level, std::string(entry.subsystem), std::string(entry.category),
-                                std::string(entry.message), entry.time, entry.location, std::this_thread::get_id(),
+                                std::string(entry.message), entry.time, entry.origin, std::this_thread::get_id(),
                                 Thread::isMainThread()});
         }
         recorded_.notify_all();

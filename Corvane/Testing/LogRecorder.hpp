@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <source_location>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -33,7 +32,7 @@ class CORVANE_EXPORT LogRecorder {
         std::string category;
         std::string message;
         Date time;
-        std::source_location location;
+        LogOrigin origin;
         /// The thread that logged, and whether it was the process's first one.
         std::thread::id thread;
         bool isMainThread;

@@ -111,7 +111,7 @@ TEST(ConvenientDispatch, TakesTheCallersPlaceByDefault) {
     EXPECT_THAT(log.messages(), ElementsAre("asyncOnMain() dispatched from: TestBody(), in "
                                             "ConvenientDispatchTests.cpp, at line: " +
                                             line));
-    EXPECT_EQ(std::to_string(log.entries().at(0).location.line()), line);
+    EXPECT_EQ(std::to_string(log.entries().at(0).origin.line), line);
 }
 
 TEST(ConvenientDispatch, RunsDirectlyAndSilentlyOnTheMainThread) {

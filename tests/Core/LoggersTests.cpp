@@ -43,13 +43,15 @@ TEST(FatalErrorInDebug, LogsTheMessageWithTheCallAndReturns) {
     const auto entries = log.entries();
     ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries[2].message, "\nat: load(), in Loader.cpp, at line: 42");
+    EXPECT_STREQ(entries[2].origin.function, "load()") << "what the place was given as";
+    EXPECT_EQ(entries[2].origin.line, 42U);
     EXPECT_EQ(entries[0].level, LogLevel::error);
     EXPECT_EQ(entries[0].category, "Unspecified");
     EXPECT_EQ(entries[0].message, "broken\nat: load(), in Loader.cpp, at line: 42");
     EXPECT_EQ(entries[1].category, "Command");
-    EXPECT_EQ(entries[1].message, "also broken\nat: TestBody(), in LoggersTests.cpp, at line: " +
-                                      std::to_string(entries[1].location.line()));
-    EXPECT_STREQ(entries[1].location.file_name(), __FILE__);
+    EXPECT_EQ(entries[1].message,
+              "also broken\nat: TestBody(), in LoggersTests.cpp, at line: " + std::to_string(entries[1].origin.line));
+    EXPECT_STREQ(entries[1].origin.file, __FILE__);
 }
 
 TEST(FatalErrorInDebug, WritesNothingWhereErrorsAreOff) {

@@ -35,7 +35,7 @@ TEST(SourceFileContext, IsThePlaceOfTheOutermostCall) {
     EXPECT_EQ(context.file(), __FILE__);
     EXPECT_EQ(context.fileName(), "SourceFileContextTests.cpp");
     EXPECT_EQ(context.function(), "TestBody()");
-    EXPECT_EQ(context.sourceLocation().line(), context.line());
+    EXPECT_EQ(context.origin().line, context.line());
 }
 
 TEST(SourceFileContext, PrintsGivenTextsAsTheyStand) {
@@ -45,12 +45,12 @@ TEST(SourceFileContext, PrintsGivenTextsAsTheyStand) {
     } cases[] = {
         {{"/app/Networking/Loader", "load()", 42}, "function load()\n\t\tin: Loader:42"},
         {{"Loader.cpp", "void Loader::load(int)", 7}, "function void Loader::load(int)\n\t\tin: Loader.cpp:7"},
-        {{"/app/", "", UINT64_MAX}, "function \n\t\tin: :18446744073709551615"},
+        {{"/app/", nullptr, UINT64_MAX}, "function \n\t\tin: :18446744073709551615"},
     };
 
     for (const auto& [context, description] : cases)
         EXPECT_EQ(context.description(), description);
-    EXPECT_EQ(cases[0].context.sourceLocation().line(), 0);
+    EXPECT_STREQ(cases[0].context.origin().file, "/app/Networking/Loader");
 }
 
 TEST(SourceFileContext, IsEqualToAnotherOfTheSameHash) {

@@ -149,10 +149,10 @@ void JournalSink::write(const LogEntry& entry) noexcept {
     appendField(datagram, "SUBSYSTEM", entry.subsystem);
     appendField(datagram, "CATEGORY", entry.category);
     appendField(datagram, "SYSLOG_IDENTIFIER", program_invocation_short_name);
-    if (entry.location.line() != 0) {
-        appendField(datagram, "CODE_FILE", entry.location.file_name());
-        appendField(datagram, "CODE_FUNC", entry.location.function_name());
-        appendField(datagram, "CODE_LINE", fmt::format_int(entry.location.line()).c_str());
+    if (entry.origin.line != 0) {
+        appendField(datagram, "CODE_FILE", entry.origin.file);
+        appendField(datagram, "CODE_FUNC", entry.origin.function);
+        appendField(datagram, "CODE_LINE", fmt::format_int(entry.origin.line).c_str());
     }
 
     ::sockaddr_un to = address(socketPath_);

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <source_location>
 #include <string_view>
 
 #include <Corvane/Platform/Dates/Date.hpp>
 #include <Corvane/Platform/Logging/LogLevel.hpp>
+#include <Corvane/Platform/Logging/LogOrigin.hpp>
 
 namespace corvane {
 
@@ -17,7 +17,7 @@ struct LogEntry {
     /// On the clock in force.
     Date time;
     /// Where the message comes from; line 0 when that is not known.
-    std::source_location location;
+    LogOrigin origin;
 };
 
 }  // namespace corvane

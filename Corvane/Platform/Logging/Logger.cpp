@@ -15,7 +15,7 @@ std::string_view Logger::category() const noexcept {
     return channel_->category;
 }
 
-void Logger::write(LogLevel level, std::string_view message, std::source_location where) const noexcept {
+void Logger::write(LogLevel level, std::string_view message, const LogOrigin& where) const noexcept {
     const auto sink = SinkInForce::shared().get();
     sink->write({level, channel_->subsystem, channel_->category, message, Clock::current().now(), where});
 }

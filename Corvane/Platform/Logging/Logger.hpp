@@ -7,6 +7,7 @@
 
 #include <Corvane/Export.hpp>
 #include <Corvane/Platform/Logging/LogLevel.hpp>
+#include <Corvane/Platform/Logging/LogOrigin.hpp>
 
 namespace corvane {
 
@@ -31,28 +32,27 @@ class CORVANE_EXPORT Logger {
     }
 
     void log(LogLevel level, std::string_view message,
-             std::source_location where = std::source_location::current()) const noexcept {
+             LogOrigin where = std::source_location::current()) const noexcept {
         if (isEnabled(level)) write(level, message, where);
     }
 
     template <std::invocable MessageMaker>
-    void log(LogLevel level, const MessageMaker& makeMessage,
-             std::source_location where = std::source_location::current()) const {
+    void log(LogLevel level, const MessageMaker& makeMessage, LogOrigin where = std::source_location::current()) const {
         if (isEnabled(level)) write(level, makeMessage(), where);
     }
 
     template <class Message>
-    void debug(const Message& message, std::source_location where = std::source_location::current()) const {
+    void debug(const Message& message, LogOrigin where = std::source_location::current()) const {
         log(LogLevel::debug, message, where);
     }
 
     template <class Message>
-    void info(const Message& message, std::source_location where = std::source_location::current()) const {
+    void info(const Message& message, LogOrigin where = std::source_location::current()) const {
         log(LogLevel::info, message, where);
     }
 
     template <class Message>
-    void error(const Message& message, std::source_location where = std::source_location::current()) const {
+    void error(const Message& message, LogOrigin where = std::source_location::current()) const {
         log(LogLevel::error, message, where);
     }
 
@@ -64,7 +64,7 @@ class CORVANE_EXPORT Logger {
     };
 
   private:
-    void write(LogLevel level, std::string_view message, std::source_location where) const noexcept;
+    void write(LogLevel level, std::string_view message, const LogOrigin& where) const noexcept;
 
     Channel* channel_;
 };

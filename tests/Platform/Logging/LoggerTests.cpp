@@ -63,7 +63,7 @@ TEST(Logger, PassesOnWhatItWasGiven) {
     EXPECT_EQ(entry.message, text + ": 0.50s");
     EXPECT_EQ(entry.subsystem, "subsystem");
     EXPECT_EQ(entry.category, "category");
-    EXPECT_EQ(entry.location.line(), here.line());
+    EXPECT_EQ(entry.origin.line, here.line());
     EXPECT_EQ(entry.thread, std::this_thread::get_id());
     EXPECT_TRUE(entry.isMainThread);
     EXPECT_GT(entry.time.time_since_epoch().count(), 0);

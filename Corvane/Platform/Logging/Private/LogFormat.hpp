@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <iterator>
-#include <source_location>
 #include <string_view>
 
 #include <fmt/compile.h>
@@ -17,7 +16,7 @@ inline constexpr std::size_t usualLogLine = 512;
 
 /// Formats into a buffer on the stack and writes. Apart from the check, so that only the check is inlined.
 template <class Pattern, class... Arguments>
-[[gnu::noinline]] void formatAndLog(const Logger& logger, LogLevel level, std::source_location where,
+[[gnu::noinline]] void formatAndLog(const Logger& logger, LogLevel level, const LogOrigin& where,
                                     const Pattern& pattern, const Arguments&... arguments) noexcept {
     fmt::basic_memory_buffer<char, usualLogLine> line;
     fmt::format_to(std::back_inserter(line), pattern, arguments...);
@@ -27,7 +26,7 @@ template <class Pattern, class... Arguments>
 /// Writes one entry with a pattern that is compiled with the code, `FMT_COMPILE("...")`; costs one relaxed load while
 /// `level` is off.
 template <class Pattern, class... Arguments>
-void logFormatted(const Logger& logger, LogLevel level, std::source_location where, const Pattern& pattern,
+void logFormatted(const Logger& logger, LogLevel level, const LogOrigin& where, const Pattern& pattern,
                   const Arguments&... arguments) noexcept {
     if (logger.isEnabled(level)) formatAndLog(logger, level, where, pattern, arguments...);
 }
