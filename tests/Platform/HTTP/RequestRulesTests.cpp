@@ -105,24 +105,6 @@ TEST(RequestRules, KeepSecretsWithinTheirOrigin) {
     }
 }
 
-TEST(RequestRules, LeadNowhereButToTheWeb) {
-    const struct {
-        const char* location;
-        URLError code;
-    } cases[] = {
-        {"http://", URLError::redirectToNonExistentLocation},
-        {"http://a b/", URLError::redirectToNonExistentLocation},
-        {"file:///etc/passwd", URLError::unsupportedURL},
-        {"ftp://h/", URLError::unsupportedURL},
-    };
-
-    for (const auto& [location, code] : cases) {
-        const auto next = redirected(request(), 302, location, originBound);
-        ASSERT_FALSE(next) << location;
-        EXPECT_TRUE(next.error() == code) << location << ' ' << next.error().description();
-    }
-}
-
 TEST(RequestRules, CarryTheFragmentOn) {
     EXPECT_EQ(redirected(request("http://h/a#f"), 302, "b", originBound)->url().absoluteString(), "http://h/b#f");
     EXPECT_EQ(redirected(request("http://h/a#f"), 302, "b#g", originBound)->url().absoluteString(), "http://h/b#g");

@@ -44,16 +44,6 @@ TEST(ResponseHead, ForgetsInterimHeadsAndIgnoresTrailers) {
     EXPECT_EQ(r->headerFields(), (std::vector<HTTPHeaderField>{{"A", "1"}}));
 }
 
-TEST(ResponseHead, GivesHTTP2NamesTheirCapitals) {
-    auto h = head({"HTTP/2 304 \r\n", "last-modified: x\r\n", "etag: y\r\n", "\r\n"});
-    EXPECT_TRUE(h.isHTTP2());
-    const auto r = response(h);
-    EXPECT_EQ(r->statusCode(), 304);
-    EXPECT_EQ(r->httpVersion(), "HTTP/2");
-    EXPECT_EQ(r->headerField("Last-Modified"), "x");
-    EXPECT_EQ(r->headerField("ETag"), "y");
-}
-
 TEST(ResponseHead, UnfoldsAndPassesOverWhatIsNoField) {
     auto h = head({"HTTP/1.1 200 OK\r\n", " folded into nothing\r\n", "A: 1\r\n", "\t 2\r\n", "no colon\r\n",
                    "B : 3\r\n", ": 4\r\n", "HTTP/1.1: 5\r\n", "C: 6\r\n", "\r\n"});

@@ -121,47 +121,34 @@ TEST_F(URLSessionTest, DeliversOnItsQueueAndLetsTheHandlerGo) {
     EXPECT_EQ(task->state(), URLSessionTaskState::completed);
 }
 
-TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBack) {
-    server.route("GET", "/held", LoopbackResponse::held());
-    server.route("GET", "/x", LoopbackResponse::json("x"));
-    const auto narrow = [] {
-        auto configuration = URLSessionConfiguration::ephemeral();
-        configuration.maximumConnectionsPerHost = 1;
-        return URLSession::make(configuration);
-    }();
-    Completions completions;
-    const auto task = narrow->dataTask(request("/held"), completions.handler());
-    task->resume();
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    task->suspend();
-    EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
-    exchange->respond(LoopbackResponse::json("late"));
-    // The one connection carries the next request only when the suspended task's response has been read.
-    EXPECT_EQ(load(narrow, request("/x")).body(), "x");
-    EXPECT_TRUE(completions.all().empty());
-    task->resume();
-    EXPECT_EQ(completions.wait().body(), "late");
-}
-
-TEST_F(URLSessionTest, CompletesASuspendedTaskThatNobodyHoldsWhenItIsCancelled) {
+TEST_F(URLSessionTest, HoldsASuspendedTasksCompletionBackUntilItIsResumedOrTheSessionCancelled) {
     server.route("GET", "/held", LoopbackResponse::held());
     server.route("GET", "/x", LoopbackResponse::json("x"));
     auto configuration = URLSessionConfiguration::ephemeral();
     configuration.maximumConnectionsPerHost = 1;
-    const auto narrow = URLSession::make(configuration);
-    Completions completions;
-    auto task = narrow->dataTask(request("/held"), completions.handler());
-    task->resume();
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    task->suspend();
-    task.reset();
-    exchange->respond(LoopbackResponse::json("late"));
-    EXPECT_EQ(load(narrow, request("/x")).body(), "x");
-    narrow->invalidateAndCancel();
-    EXPECT_TRUE(completions.wait().error == URLError::cancelled);
-    EXPECT_EQ(completions.all().size(), 1U);
+    for (const bool isResumed : {true, false}) {
+        const auto narrow = URLSession::make(configuration);
+        Completions completions;
+        auto task = narrow->dataTask(request("/held"), completions.handler());
+        task->resume();
+        const auto exchange = server.waitForHeldExchange();
+        ASSERT_TRUE(exchange);
+        task->suspend();
+        EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
+        if (!isResumed) task.reset();  // so that nobody holds it
+        exchange->respond(LoopbackResponse::json("late"));
+        // The one connection carries the next request only when the suspended task's response has been read.
+        EXPECT_EQ(load(narrow, request("/x")).body(), "x");
+        EXPECT_TRUE(completions.all().empty());
+        if (isResumed) {
+            task->resume();
+            EXPECT_EQ(completions.wait().body(), "late");
+        } else {
+            narrow->invalidateAndCancel();
+            EXPECT_TRUE(completions.wait().error == URLError::cancelled);
+        }
+        EXPECT_EQ(completions.all().size(), 1U);
+    }
 }
 
 TEST_F(URLSessionTest, DoesNotTimeOutWhileSuspendedOrWhileBytesMove) {
@@ -231,19 +218,6 @@ TEST_F(URLSessionTest, ReadsNoProxyFromTheEnvironment) {
     EXPECT_EQ(load(URLSession::make(configuration), URLRequest(*URL::parse("http://nowhere.invalid/x"))).status(), 404);
     EXPECT_EQ(server.requests().back().target, "http://nowhere.invalid/x");
     ::unsetenv("no_proxy");
-}
-
-TEST_F(URLSessionTest, FinishesTheTasksOfADroppedSession) {
-    server.route("GET", "/held", LoopbackResponse::held());
-    Completions completions;
-    session->dataTask(request("/held"), completions.handler())->resume();
-    const std::weak_ptr<URLSession> weak = session;
-    session.reset();
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    EXPECT_FALSE(weak.expired());
-    exchange->respond(LoopbackResponse::json("late"));
-    EXPECT_EQ(completions.wait().body(), "late");
 }
 
 }  // namespace
