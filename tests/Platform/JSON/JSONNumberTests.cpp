@@ -13,41 +13,35 @@ constexpr auto int64Max = std::numeric_limits<std::int64_t>::max();
 constexpr auto int64Min = std::numeric_limits<std::int64_t>::min();
 constexpr auto uint64Max = std::numeric_limits<std::uint64_t>::max();
 
-TEST(JSONNumber, TruncatesAndClampsToIntegers) {
+TEST(JSONNumber, TruncatesAndClampsToIntegersUnlessTheyAreToBeExact) {
     struct Case {
         JSONNumber number;
         std::int64_t asSigned;
         std::uint64_t asUnsigned;
+        bool isExactlySigned, isExactlyUnsigned;
     };
 
     const Case cases[] = {
-        {12.9, 12, 12},
-        {-12.9, -12, 0},
-        {true, 1, 1},
-        {int64Min, int64Min, 0},
-        {uint64Max, int64Max, uint64Max},
-        {0x1p63, int64Max, std::uint64_t{1} << 63},
-        {-0x1p63, int64Min, 0},
-        {1e300, int64Max, uint64Max},
-        {-HUGE_VAL, int64Min, 0},
-        {std::nan(""), 0, 0},
+        {5.0, 5, 5, true, true},
+        {12.9, 12, 12, false, false},
+        {-12.9, -12, 0, false, false},
+        {true, 1, 1, true, true},
+        {-1, -1, 0, true, false},
+        {int64Min, int64Min, 0, true, false},
+        {uint64Max, int64Max, uint64Max, false, true},
+        {0x1p63, int64Max, std::uint64_t{1} << 63, false, true},
+        {-0x1p63, int64Min, 0, true, false},
+        {0x1p64, int64Max, uint64Max, false, false},
+        {-HUGE_VAL, int64Min, 0, false, false},
+        {std::nan(""), 0, 0, false, false},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(c.number.int64Value(), c.asSigned) << c.number.description();
-        EXPECT_EQ(c.number.uint64Value(), c.asUnsigned) << c.number.description();
+        SCOPED_TRACE(c.number.description());
+        EXPECT_EQ(c.number.int64Value(), c.asSigned);
+        EXPECT_EQ(c.number.uint64Value(), c.asUnsigned);
+        EXPECT_EQ(c.number.exactInt64(), c.isExactlySigned ? std::optional(c.asSigned) : std::nullopt);
+        EXPECT_EQ(c.number.exactUInt64(), c.isExactlyUnsigned ? std::optional(c.asUnsigned) : std::nullopt);
     }
-}
-
-TEST(JSONNumber, GivesExactIntegersOnlyForWholeNumbersInRange) {
-    EXPECT_EQ(JSONNumber(5.0).exactInt64(), 5);
-    EXPECT_EQ(JSONNumber(5.5).exactInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(0x1p63).exactInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(0x1p63).exactUInt64(), std::uint64_t{1} << 63);
-    EXPECT_EQ(JSONNumber(0x1p64).exactUInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(-1).exactUInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(uint64Max).exactInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(HUGE_VAL).exactInt64(), std::nullopt);
-    EXPECT_EQ(JSONNumber(std::nan("")).exactUInt64(), std::nullopt);
 }
 
 TEST(JSONNumber, IsEqualByMathematicalValue) {
