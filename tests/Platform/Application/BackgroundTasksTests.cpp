@@ -1,10 +1,8 @@
 #include <chrono>
 #include <cmath>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -15,6 +13,8 @@
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
+
+#include "tests/Support/CountingBackgroundTaskHost.hpp"
 
 namespace corvane {
 namespace {
@@ -92,30 +92,15 @@ TEST(BackgroundTaskRegister, ExpiresAtOnceWhenThereIsNoTime) {
     EXPECT_EQ(calls, 3);
 }
 
-class CountingHost final : public BackgroundTaskHost {
-  public:
-    Identifier begin(std::string name, std::function<void()>) override {
-        names.push_back(std::move(name));
-        return invalid;
-    }
-
-    bool end(Identifier identifier) override {
-        ended.push_back(identifier);
-        return false;
-    }
-
-    Names names;
-    std::vector<Identifier> ended;
-};
-
 TEST(BackgroundTasks, GoesToTheHostTheApplicationHasSet) {
-    const auto host = std::make_shared<CountingHost>();
+    const auto host = std::make_shared<CountingBackgroundTaskHost>();
+    host->isRefusing = true;
     BackgroundTasks::setHost(host);
     EXPECT_EQ(BackgroundTasks::begin("own", nullptr), BackgroundTasks::invalid);
     EXPECT_FALSE(BackgroundTasks::end(42));
     BackgroundTasks::setHost(nullptr);
     EXPECT_EQ(host.use_count(), 1);
-    EXPECT_EQ(host->names, Names{"own"});
+    EXPECT_EQ(host->begun, Names{"own"});
     EXPECT_EQ(host->ended, std::vector<BackgroundTasks::Identifier>{42});
 
     const auto task = BackgroundTasks::begin("standard", nullptr);

@@ -1,7 +1,4 @@
-#include <cstdint>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -11,10 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
-#include <Corvane/Platform/Application/BackgroundTaskHost.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
+
+#include "tests/Support/CountingBackgroundTaskHost.hpp"
 
 namespace corvane {
 namespace {
@@ -22,31 +20,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::LoopbackFault;
-using testing::LoopbackRequest;
 using testing::LoopbackResponse;
 using testing::LoopbackServer;
-
-/// Counts beginnings and ends, and can run out of patience.
-class CountingHost : public BackgroundTaskHost {
-  public:
-    Identifier begin(std::string name, std::function<void()> expirationHandler) override {
-        begun.push_back(std::move(name));
-        expire = std::move(expirationHandler);
-        if (isImpatient) expire();
-        return isRefusing ? invalid : 40 + begun.size();
-    }
-
-    bool end(Identifier identifier) override {
-        ended.push_back(identifier);
-        return true;
-    }
-
-    bool isRefusing = false;
-    bool isImpatient = false;
-    std::vector<std::string> begun;
-    std::vector<Identifier> ended;
-    std::function<void()> expire;
-};
 
 class Listener : public BackgroundSessionDelegate {
   public:
@@ -87,7 +62,7 @@ class BackgroundRoad : public ::testing::Test {
     }
 
     LoopbackServer server;
-    std::shared_ptr<CountingHost> host = std::make_shared<CountingHost>();
+    std::shared_ptr<CountingBackgroundTaskHost> host = std::make_shared<CountingBackgroundTaskHost>();
     std::shared_ptr<Listener> listener = std::make_shared<Listener>();
     std::shared_ptr<SimpleHttpManager> manager = SimpleHttpManager::make();
 };
@@ -140,25 +115,23 @@ TEST_F(BackgroundRoad, GivesItsProtectionUpWhenThePlatformRunsOutOfPatience) {
     EXPECT_THAT(host->ended, ElementsAre(41U));
 }
 
-TEST_F(BackgroundRoad, GoesOnWithoutProtectionWhenThePlatformRefusesIt) {
-    host->isRefusing = true;
+TEST_F(BackgroundRoad, GoesOnWithoutAProtectionThatIsRefusedOrRunsOutWhileItBegins) {
+    using Identifiers = std::vector<BackgroundTaskHost::Identifier>;
     server.route("GET", "/", LoopbackResponse::json("{}"));
-    start();
-    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
-    finish();
-    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
-    EXPECT_THAT(host->ended, IsEmpty());
-}
-
-TEST_F(BackgroundRoad, IsNeverLeftWithAProtectionThatRanOutWhileItBegan) {
-    host->isImpatient = true;
-    server.route("GET", "/", LoopbackResponse::json("{}"));
-    start();
-    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
-    EXPECT_THAT(host->ended, ElementsAre(41U));
-    finish();
-    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
-    EXPECT_THAT(host->ended, ElementsAre(41U));
+    for (const bool isRefusing : {true, false}) {
+        host->isRefusing = isRefusing;
+        host->isImpatient = !isRefusing;
+        start();
+        EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
+        const Identifiers ended = isRefusing ? Identifiers{} : Identifiers{42};
+        EXPECT_EQ(host->ended, ended);
+        finish();
+        EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+        EXPECT_EQ(host->ended, ended);
+        listener->events.clear();
+        manager = SimpleHttpManager::make();
+        manager->setDelegate(listener);
+    }
 }
 
 TEST_F(BackgroundRoad, IsWaitedForWhenItWasTakenOnAnotherThreadJustBeforeTheExit) {
@@ -167,16 +140,6 @@ TEST_F(BackgroundRoad, IsWaitedForWhenItWasTakenOnAnotherThreadJustBeforeTheExit
     std::jthread([this] { start(); }).join();
     EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
     EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
-}
-
-TEST_F(BackgroundRoad, MayBeTakenFromAnyThread) {
-    server.route("GET", "/", LoopbackResponse::json("{}"));
-    std::jthread([this] { start(); }).join();
-    EXPECT_THAT(host->begun, ElementsAre("FinishNetworkTasks"));
-    EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
-    finish();
-    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
-    EXPECT_THAT(host->ended, ElementsAre(41U));
 }
 
 TEST_F(BackgroundRoad, DoesNotKeepItsListener) {
