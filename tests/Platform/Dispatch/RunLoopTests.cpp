@@ -92,21 +92,6 @@ TEST(RunLoop, StopBeforeARunEndsItAsSoonAsItStarts) {
     EXPECT_TRUE(ran);
 }
 
-TEST(RunLoop, WaitsForBlocksOfOtherThreads) {
-    RunLoop& loop = RunLoop::main();
-    int ran = 0;
-    std::thread other([&] {
-        loop.perform([&] { ++ran; });
-        loop.perform([&] {
-            ++ran;
-            loop.stop();
-        });
-    });
-    loop.run();
-    EXPECT_EQ(ran, 2);
-    other.join();
-}
-
 TEST(RunLoop, RunUntilEndsWhenTheWallClockIsThere) {
     RunLoop& loop = RunLoop::main();
     loop.runUntil(Clock::current().now() - std::chrono::seconds(1));

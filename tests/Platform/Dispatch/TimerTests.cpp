@@ -168,17 +168,6 @@ TEST_F(TimerTest, ABlockThatPumpsDoesNotReenterItsTimer) {
     EXPECT_THAT(fired_, ElementsAre(4));
 }
 
-TEST_F(TimerTest, EqualDeadlinesComeInOrderOfCreation) {
-    std::vector<int> order;
-    const auto first = Timer::scheduled(1, false, [&](Timer&) { order.push_back(1); });
-    DispatchQueue::main().asyncAfter(2, [&] { order.push_back(2); });
-    const auto third = Timer::scheduled(2, false, [&](Timer&) { order.push_back(3); });
-    DispatchQueue::main().asyncAfter(1.5, [&] { order.push_back(0); });
-    first->restart(2);
-    clock_.advance(2);
-    EXPECT_THAT(order, ElementsAre(0, 1, 2, 3));
-}
-
 TEST_F(TimerTest, MayBeMovedAndEndedFromOtherThreads) {
     std::vector<std::shared_ptr<Timer>> timers;
     for (int count = 0; count < 50; ++count)
