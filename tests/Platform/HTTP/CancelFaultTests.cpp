@@ -1,6 +1,4 @@
 #include <functional>
-#include <memory>
-#include <string>
 #include <thread>
 
 #include <Corvane/Testing/VirtualClock.hpp>
@@ -11,9 +9,6 @@
 
 namespace corvane {
 namespace {
-
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
 
 class CancelFault : public FaultTest {
   protected:

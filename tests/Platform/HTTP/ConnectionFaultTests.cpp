@@ -1,5 +1,4 @@
 #include <ostream>
-#include <string>
 
 #include <Corvane/Testing/VirtualClock.hpp>
 
@@ -8,10 +7,6 @@
 
 namespace corvane {
 namespace {
-
-using testing::LoopbackFault;
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
 
 struct FaultCase {
     const char* name;

@@ -1,7 +1,6 @@
 #include <sys/resource.h>
 
 #include <ostream>
-#include <string>
 
 #include "FaultFixture.hpp"
 #include "tests/Support/NginxOrigin.hpp"

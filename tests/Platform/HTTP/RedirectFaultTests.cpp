@@ -1,13 +1,8 @@
-#include <string>
-
 #include "FaultFixture.hpp"
 
 namespace corvane {
 namespace {
 
-using testing::LoopbackFault;
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
 using testing::LoopbackServer;
 
 using RedirectFault = FaultTest;

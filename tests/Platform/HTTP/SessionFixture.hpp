@@ -8,12 +8,17 @@
 #include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/HTTP/URLSession.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
 
 namespace corvane {
+
+using testing::LoopbackFault;
+using testing::LoopbackRequest;
+using testing::LoopbackResponse;
 
 /// What a completion brought.
 struct Completion {

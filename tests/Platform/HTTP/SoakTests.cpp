@@ -1,32 +1,12 @@
-#include <array>
-#include <atomic>
-#include <memory>
 #include <random>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "FaultFixture.hpp"
 
 namespace corvane {
 namespace {
 
-using testing::LoopbackFault;
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
-
-constexpr std::array soundOrBroken{LoopbackFault::none,
-                                   LoopbackFault::closeBeforeHeaders,
-                                   LoopbackFault::resetBeforeHeaders,
-                                   LoopbackFault::resetInsideHeaders,
-                                   LoopbackFault::resetInsideBody,
-                                   LoopbackFault::truncatedBody,
-                                   LoopbackFault::truncatedChunkedBody,
-                                   LoopbackFault::badChunkSize,
-                                   LoopbackFault::brokenGzip,
-                                   LoopbackFault::strayInformational,
-                                   LoopbackFault::endlessHeaders,
-                                   LoopbackFault::neverAnswer};
+constexpr int faultCount = static_cast<int>(LoopbackFault::neverAnswer) + 1;
 
 using Soak = FaultTest;
 
@@ -34,10 +14,11 @@ TEST_F(Soak, EveryTaskCompletesOnceWhateverHappensToIt) {
     const unsigned seed = std::random_device{}();
     RecordProperty("seed", std::to_string(seed));
     SCOPED_TRACE("seed " + std::to_string(seed));
-    for (const LoopbackFault fault : soundOrBroken) {
-        server.route("GET", '/' + std::to_string(static_cast<int>(fault)),
-                     LoopbackResponse{.body = std::string(30'000, 'x')}.with(fault));
+    for (int fault = 0; fault < faultCount; ++fault) {
+        server.route("GET", '/' + std::to_string(fault),
+                     LoopbackResponse{.body = std::string(30'000, 'x')}.with(static_cast<LoopbackFault>(fault)));
     }
+    const std::string unanswered = '/' + std::to_string(faultCount - 1);
     constexpr std::size_t threadCount = 4;
     constexpr std::size_t tasksOfEach = 100;
     std::vector<std::thread> threads;
@@ -47,9 +28,8 @@ TEST_F(Soak, EveryTaskCompletesOnceWhateverHappensToIt) {
             const auto chance = [&random](unsigned oneIn) { return random() % oneIn == 0; };
             std::vector<std::shared_ptr<URLSessionDataTask>> tasks;
             for (std::size_t i = 0; i < tasksOfEach; ++i) {
-                const auto fault = soundOrBroken.at(random() % soundOrBroken.size());
                 const auto task =
-                    session->dataTask(request('/' + std::to_string(static_cast<int>(fault))), completions.handler());
+                    session->dataTask(request('/' + std::to_string(random() % faultCount)), completions.handler());
                 task->resume();
                 if (chance(4)) task->suspend();
                 if (chance(4)) task->cancel();
@@ -60,9 +40,7 @@ TEST_F(Soak, EveryTaskCompletesOnceWhateverHappensToIt) {
             // Those that nobody would answer, among them.
             for (const auto& task : tasks) {
                 task->resume();
-                if (task->originalRequest().url().path() ==
-                    '/' + std::to_string(static_cast<int>(LoopbackFault::neverAnswer)))
-                    task->cancel();
+                if (task->originalRequest().url().path() == unanswered) task->cancel();
             }
         });
     }

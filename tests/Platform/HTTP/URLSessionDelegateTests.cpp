@@ -1,16 +1,9 @@
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-
 #include "SessionFixture.hpp"
 
 namespace corvane {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
 
 /// Notes every call in one line, on the queue it must come on.
 class Witness final : public URLSessionDelegate {

@@ -1,18 +1,9 @@
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-
 #include <Corvane/Testing/VirtualClock.hpp>
 
 #include "SessionFixture.hpp"
 
 namespace corvane {
 namespace {
-
-using testing::LoopbackRequest;
-using testing::LoopbackResponse;
 
 using URLSessionTest = SessionTest;
 
