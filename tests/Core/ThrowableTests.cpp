@@ -32,14 +32,5 @@ TEST(Throwable, DoesNotHideThatTheDocumentIsNoJSON) {
     }
 }
 
-TEST(Throwable, HoldsAnythingThatCanBeDecoded) {
-    const auto lists = JSONDecoder().decode<std::vector<Throwable<std::vector<Throwable<int>>>>>(R"([[1,"x"],2])");
-    ASSERT_TRUE(lists);
-    ASSERT_TRUE((*lists)[0].result());
-    EXPECT_EQ((*lists)[0].result()->at(0).result(), 1);
-    EXPECT_FALSE((*lists)[0].result()->at(1).result());
-    EXPECT_FALSE((*lists)[1].result());
-}
-
 }  // namespace
 }  // namespace corvane

@@ -1,5 +1,3 @@
-#include <expected>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/AnyError.hpp>
@@ -65,11 +63,6 @@ TEST(AnyError, StandsInAnErrorThatCanItselfBeOne) {
     const Outcome outcome{AnyError(PlainFault{})};
     const auto capture = [outcome] { return AnyError(outcome); };
     EXPECT_EQ(capture().description(), "because plain");
-}
-
-TEST(AnyError, IsAnImplicitFailureOfAnExpected) {
-    const auto fail = []() -> std::expected<int, AnyError> { return std::unexpected(PlatformError("D", 3)); };
-    EXPECT_EQ(fail().error().code(), 3);
 }
 
 }  // namespace

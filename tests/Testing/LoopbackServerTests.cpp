@@ -62,20 +62,6 @@ TEST(LoopbackServer, AnswersByRoute) {
                 AllOf(StartsWith("HTTP/1.1 304 Not Modified\r\n"), Not(HasSubstr("Content-Length"))));
 }
 
-TEST(LoopbackServer, FramesBodiesThreeWays) {
-    LoopbackServer server;
-    using enum LoopbackResponse::Framing;
-    server.route("GET", "/length", {.body = "abc", .framing = contentLength});
-    server.route("GET", "/chunked", {.body = std::string(17, 'x'), .framing = chunked});
-    server.route("GET", "/close", {.body = "abc", .framing = untilClose});
-
-    EXPECT_THAT(answerTo(server, get("/length")), HasSubstr("\r\nContent-Length: 3\r\n"));
-    EXPECT_THAT(answerTo(server, get("/chunked")), AllOf(HasSubstr("\r\nTransfer-Encoding: chunked\r\n"),
-                                                         EndsWith("\r\n\r\n11\r\nxxxxxxxxxxxxxxxxx\r\n0\r\n\r\n")));
-    EXPECT_EQ(answerTo(server, "GET /close HTTP/1.1\r\nHost: h\r\n\r\n"),
-              "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nabc");
-}
-
 TEST(LoopbackServer, RecordsRequestsByteForByte) {
     LoopbackServer server;
     answerTo(server,

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/Clock.hpp>
-#include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
@@ -36,12 +35,6 @@ TEST(Thread, TellsTheFirstThreadFromOthers) {
 TEST(ThreadDeathTest, StopsWhereTheMainExecutorIsAssumedWrongly) {
     EXPECT_DEATH(std::thread([] { Thread::assumeMainExecutor(); }).join(),
                  "Fatal error: Incorrect actor executor assumption; Expected same executor as the main executor");
-}
-
-TEST(DispatchQoS, DescribesItself) {
-    EXPECT_EQ(DispatchQoS().description(), "unspecified, relative priority 0");
-    EXPECT_EQ((DispatchQoS{QoSClass::default_, -3}).description(), "default, relative priority -3");
-    EXPECT_EQ(description(QoSClass::userInteractive), "userInteractive");
 }
 
 }  // namespace
