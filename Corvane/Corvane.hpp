@@ -72,6 +72,7 @@
 #include <Corvane/Platform/JSON/JSONValue.hpp>
 #include <Corvane/Platform/JSON/KeyedDecodingContainer.hpp>
 #include <Corvane/Platform/JSON/KeyedEncodingContainer.hpp>
+#include <Corvane/Platform/JSON/MemberCount.hpp>
 #include <Corvane/Platform/JSON/MemberReferences.hpp>
 #include <Corvane/Platform/JSON/RawValues.hpp>
 #include <Corvane/Platform/JSON/UnkeyedDecodingContainer.hpp>

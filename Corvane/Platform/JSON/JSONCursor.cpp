@@ -1,9 +1,12 @@
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
 #include <Corvane/Platform/JSON/JSONValue.hpp>
 #include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
+#include <Corvane/Platform/JSON/Private/JSONNumberText.hpp>
 #include <Corvane/Platform/JSON/Private/JSONReader.hpp>
 #include <Corvane/Platform/JSON/Private/JSONStructure.hpp>
 
@@ -13,17 +16,28 @@ namespace {
 
 constexpr std::size_t maximumDepth = JSONSerialization::maximumDepth;
 
-/// Where the first backslash is; the size when there is none. Reads eight bytes at a time, also beyond the end.
-std::size_t findEscape(std::string_view raw, std::size_t from = 0) noexcept {
+/// Whether the character stands behind a backslash for one other character.
+constexpr bool isSimpleEscape(char c) noexcept {
+    return c == '"' || c == '\\' || c == '/' || c == 'b' || c == 'f' || c == 'n' || c == 'r' || c == 't';
+}
+
+/// Where the first backslash is from `from` on; the size when there is none. Reads eight bytes at a time, also beyond
+/// the end.
+inline std::size_t findEscape(std::string_view raw, std::size_t from = 0) noexcept {
     constexpr std::uint64_t ones = 0x0101010101010101;
     constexpr std::uint64_t backslashes = ones * '\\';
     for (std::size_t i = from; i < raw.size(); i += sizeof(std::uint64_t)) {
         std::uint64_t word = 0;
         std::memcpy(&word, raw.data() + i, sizeof word);
         word ^= backslashes;
-        if (((word - ones) & ~word & (ones << 7)) == 0) continue;
-        const std::size_t position = raw.find('\\', i);
-        return position < raw.size() ? position : raw.size();
+        // The first byte that was a backslash is now the lowest with its high bit set.
+        const std::uint64_t found = (word - ones) & ~word & (ones << 7);
+        if (found == 0) continue;
+        if constexpr (std::endian::native == std::endian::little) {
+            return std::min(raw.size(), i + static_cast<std::size_t>(std::countr_zero(found)) / 8);
+        } else {
+            return std::min(raw.size(), raw.find('\\', i));
+        }
     }
     return raw.size();
 }
@@ -61,7 +75,7 @@ bool JSONCursor::isLiteral(std::string_view literal) const noexcept {
            (end == limit || isWhitespace(*end));
 }
 
-bool JSONCursor::rawText(std::string_view& raw) const noexcept {
+[[gnu::always_inline]] inline bool JSONCursor::rawText(std::string_view& raw) const noexcept {
     // Behind a text's closing quote there is at most white space before the next token.
     const char* const begin = text_ + tokens_[at_] + 1;
     const char* last = tokenEnd() - 1;
@@ -84,15 +98,19 @@ bool JSONCursor::hasValidEscapes(std::string_view raw) {
     for (std::size_t i = findEscape(raw); i < raw.size(); i = findEscape(raw, i + 2)) {
         const char escape = raw[i + 1];
         if (escape == 'u') return unescape(raw);
-        if (!std::string_view("\"\\/bfnrt").contains(escape)) return false;
+        if (!isSimpleEscape(escape)) return false;
     }
     return true;
 }
 
-bool JSONCursor::readKey(std::string_view& key) {
-    if (peek() != '"' || !rawText(key) || !unescape(key)) return false;
+[[gnu::always_inline]] inline bool JSONCursor::passKey(std::string_view& raw) noexcept {
+    if (peek() != '"' || !rawText(raw)) return false;
     ++at_;
     return take(':');
+}
+
+bool JSONCursor::readKey(std::string_view& key) {
+    return passKey(key) && unescape(key);
 }
 
 std::string_view JSONCursor::kept(std::string_view text) {
@@ -144,9 +162,9 @@ bool JSONCursor::read(JSONValue& value, const CodingStep* path) {
 
 bool JSONCursor::skipScalar() {
     std::string_view raw;
-    Number number;
     double ignored = 0;
-    switch (peek()) {
+    const char first = peek();
+    switch (first) {
         case '"':
             if (!rawText(raw) || !hasValidEscapes(raw)) return false;
             break;
@@ -159,9 +177,13 @@ bool JSONCursor::skipScalar() {
         case 'n':
             if (!isLiteral("null")) return false;
             break;
-        default:
-            number = scanNumber();
-            if (!number.isValid() || (number.mayBeTooLarge() && !numberValue(number, ignored))) return false;
+        default: {
+            if (first != '-' && !isDigit(first)) return false;
+            JSONNumberText number;
+            if (!scanNumber(tokenBegin(), tokenEnd(), number) ||
+                (number.mayBeTooLarge() && !numberValue(number, ignored)))
+                return false;
+        }
     }
     ++at_;
     return true;
@@ -179,8 +201,13 @@ bool JSONCursor::readAggregate(void* object, const AggregateCoding& coding, cons
     if (!take('}')) {
         do {
             std::string_view key;
-            if (!readKey(key)) return false;
-            const std::size_t index = coding.find(key, likely);
+            if (!passKey(key) || (coding.hasBackslash && !unescape(key))) return false;
+            std::size_t index = coding.find(key, likely);
+            // A key with escapes is not one of ours as it stands, but may be one without them.
+            if (index == coding.members.size() && !coding.hasBackslash && findEscape(key) < key.size()) {
+                if (!unescape(key)) return false;
+                index = coding.find(key, likely);
+            }
             if (index == coding.members.size()) {
                 if (!skip()) return false;
                 continue;
@@ -274,11 +301,9 @@ bool JSONCursor::readDictionary(void* dictionary,
 bool JSONCursor::skip() {
     std::array<std::uint32_t, maximumDepth> open;  // the brackets we are in; only written where it is used
     std::size_t level = 0;
-    const auto passKey = [this] {
+    const auto passValidKey = [this] {
         std::string_view raw;
-        if (peek() != '"' || !rawText(raw) || !hasValidEscapes(raw)) return false;
-        ++at_;
-        return take(':');
+        return passKey(raw) && hasValidEscapes(raw);
     };
     const auto close = [&] {
         --level;
@@ -296,7 +321,7 @@ bool JSONCursor::skip() {
             if (take(first == '{' ? '}' : ']')) {
                 close();
             } else {
-                if (first == '{' && !passKey()) return failMalformed();
+                if (first == '{' && !passValidKey()) return failMalformed();
                 continue;
             }
         }
@@ -304,7 +329,7 @@ bool JSONCursor::skip() {
             if (level == 0) return true;
             const bool inDictionary = text_[tokens_[open[level - 1]]] == '{';
             if (take(',')) {
-                if (inDictionary && !passKey()) return failMalformed();
+                if (inDictionary && !passValidKey()) return failMalformed();
                 break;
             }
             if (!take(inDictionary ? '}' : ']')) return failMalformed();

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <deque>
 #include <expected>
 #include <limits>
@@ -27,14 +28,45 @@ namespace detail {
 
 class JSONCursor;
 class JSONStructure;
+struct JSONNumberText;
 
 /// The error whose text is `problem` and where it is.
 [[nodiscard]] CORVANE_EXPORT DecodingError corruptedAt(std::string_view problem, const CodingStep* path);
 
 /// How one member of a struct is read.
 struct MemberCoding {
+    using Read = bool (*)(JSONCursor&, void* object, const CodingStep*);
+
+    constexpr MemberCoding() = default;
+
+    constexpr MemberCoding(std::string_view memberKey, Read readMember, bool isRequired)
+        : key(memberKey), read(readMember), required(isRequired) {
+        std::array<char, sizeof head> bytes{};
+        for (std::size_t i = 0; i < key.size() && i < bytes.size(); ++i)
+            bytes[i] = key[i];
+        head = std::bit_cast<std::uint64_t>(bytes);
+    }
+
+    /// Whether `other` is the key. Eight bytes must be readable from its beginning, however short it is.
+    [[nodiscard]] bool isKey(std::string_view other) const noexcept {
+        if (other.size() != key.size()) return false;
+        if (other.size() > sizeof head) return other == key;
+        std::array<char, sizeof head> bytes;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+        std::memcpy(bytes.data(), other.data(), sizeof head);
+        const auto difference = std::bit_cast<std::uint64_t>(bytes) ^ head;
+        const std::size_t unused = (sizeof head - other.size()) * 8;
+        if (unused == 64) return true;
+        if constexpr (std::endian::native == std::endian::little) {
+            return difference << unused == 0;
+        } else {
+            return difference >> unused == 0;
+        }
+    }
+
     std::string_view key;
-    bool (*read)(JSONCursor&, void* object, const CodingStep*) = nullptr;
+    Read read = nullptr;
+    /// The first bytes of the key, zeros behind it.
+    std::uint64_t head = 0;
     bool required = false;
 };
 
@@ -44,22 +76,26 @@ struct AggregateCoding {
     /// For each length of a key the members that have such a key; long ones share the last place.
     std::array<std::uint64_t, 32> byLength{};
     std::uint64_t required = 0;
+    /// Whether a key holds a backslash: then a document's keys are only like ours without their escapes.
+    bool hasBackslash = false;
 
     constexpr explicit AggregateCoding(std::span<const MemberCoding> coded) : members(coded) {
         for (std::size_t i = 0; i < members.size(); ++i) {
             byLength[lengthClass(members[i].key.size())] |= std::uint64_t{1} << i;
             if (members[i].required) required |= std::uint64_t{1} << i;
+            hasBackslash = hasBackslash || members[i].key.contains('\\');
         }
     }
 
     static constexpr std::size_t lengthClass(std::size_t length) noexcept { return length < 31 ? length : 31; }
 
-    /// The member called `key`, or the number of members. `likely` is looked at first.
+    /// The member called `key`, or the number of members. `likely` is looked at first. Eight bytes must be readable
+    /// from the beginning of `key`.
     [[nodiscard]] std::size_t find(std::string_view key, std::size_t likely) const noexcept {
-        if (likely < members.size() && members[likely].key == key) return likely;
+        if (likely < members.size() && members[likely].isKey(key)) return likely;
         for (std::uint64_t left = byLength[lengthClass(key.size())]; left != 0; left &= left - 1) {
             const auto candidate = static_cast<std::size_t>(std::countr_zero(left));
-            if (members[candidate].key == key) return candidate;
+            if (members[candidate].isKey(key)) return candidate;
         }
         return members.size();
     }
@@ -191,25 +227,12 @@ class CORVANE_EXPORT JSONCursor {
     };
 
   private:
-    /// A number's text and, when it is an integer of up to 64 bits, its value.
-    struct Number {
-        const char* begin = nullptr;
-        const char* end = nullptr;
-        std::uint64_t magnitude = 0;
-        bool negative = false;
-        bool isWhole = false;
-        bool hasExponent = false;
-
-        [[nodiscard]] bool isValid() const noexcept { return end != nullptr; }
-
-        /// False for nearly every number there is, so that those passed over need not be converted.
-        [[nodiscard]] bool mayBeTooLarge() const noexcept { return hasExponent || end - begin > 300; }
-    };
-
     JSONCursor(std::string_view text, JSONStructure& structure);
 
     /// The first character of the token at the cursor, zero behind the last.
     [[nodiscard]] char peek() const noexcept { return at_ < tokenCount_ ? text_[tokens_[at_]] : '\0'; }
+
+    [[nodiscard]] const char* tokenBegin() const noexcept { return text_ + tokens_[at_]; }
 
     /// Where the token at the cursor ends at the latest: where the next one begins.
     [[nodiscard]] const char* tokenEnd() const noexcept {
@@ -221,11 +244,11 @@ class CORVANE_EXPORT JSONCursor {
     [[nodiscard]] bool isLiteral(std::string_view literal) const noexcept;
     [[nodiscard]] bool rawText(std::string_view& raw) const noexcept;
     [[nodiscard]] bool unescape(std::string_view& raw);
+    [[nodiscard]] bool passKey(std::string_view& raw) noexcept;
     [[nodiscard]] bool readKey(std::string_view& key);
     [[nodiscard]] bool hasValidEscapes(std::string_view raw);
-    [[nodiscard]] Number scanNumber() const noexcept;
-    [[nodiscard]] static bool numberValue(const Number& number, double& value) noexcept;
-    [[nodiscard]] bool readNumber(Number& number, std::string_view expected, const CodingStep* path);
+    [[nodiscard]] static bool numberValue(const JSONNumberText& number, double& value) noexcept;
+    [[nodiscard]] bool readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path);
     bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
     bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
     bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);

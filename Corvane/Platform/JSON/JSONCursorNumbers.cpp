@@ -7,6 +7,7 @@
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
 #include <Corvane/Platform/JSON/Private/ClippedText.hpp>
 #include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
+#include <Corvane/Platform/JSON/Private/JSONNumberText.hpp>
 
 namespace corvane::detail {
 
@@ -39,43 +40,7 @@ bool isAboveOne(std::string_view number) {
 
 }  // namespace
 
-auto JSONCursor::scanNumber() const noexcept -> Number {
-    if (at_ >= tokenCount_) return {};
-    const char* const limit = tokenEnd();
-    Number number{.begin = text_ + tokens_[at_]};
-    const char* p = number.begin;
-    const auto passDigits = [&p, limit] {
-        const char* const first = p;
-        while (p < limit && isDigit(*p))
-            ++p;
-        return p > first;
-    };
-    number.negative = *p == '-';
-    if (number.negative) ++p;
-    const char* const digits = p;
-    while (p < limit && isDigit(*p))
-        number.magnitude = number.magnitude * 10 + static_cast<std::uint64_t>(*p++ - '0');
-    if (p == digits || (p - digits > 1 && *digits == '0')) return {};
-    constexpr std::ptrdiff_t alwaysFitting = 19;
-    number.isWhole = p - digits <= alwaysFitting || std::from_chars(digits, p, number.magnitude).ec == std::errc();
-    if (p < limit && *p == '.') {
-        ++p;
-        number.isWhole = false;
-        if (!passDigits()) return {};
-    }
-    if (p < limit && (*p == 'e' || *p == 'E')) {
-        ++p;
-        number.isWhole = false;
-        number.hasExponent = true;
-        if (p < limit && (*p == '+' || *p == '-')) ++p;
-        if (!passDigits()) return {};
-    }
-    if (p < limit && !isWhitespace(*p)) return {};
-    number.end = p;
-    return number;
-}
-
-bool JSONCursor::numberValue(const Number& number, double& value) noexcept {
+bool JSONCursor::numberValue(const JSONNumberText& number, double& value) noexcept {
     constexpr std::uint64_t exactly = std::uint64_t{1} << 53;
     if (number.isWhole && number.magnitude <= exactly) {
         value = std::copysign(static_cast<double>(number.magnitude), number.negative ? -1.0 : 1.0);
@@ -87,15 +52,14 @@ bool JSONCursor::numberValue(const Number& number, double& value) noexcept {
     return true;
 }
 
-bool JSONCursor::readNumber(Number& number, std::string_view expected, const CodingStep* path) {
+bool JSONCursor::readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path) {
     const char first = peek();
     if (!isDigit(first) && first != '-') return failMismatch(expected, path);
-    number = scanNumber();
-    return number.isValid() || failMalformed();
+    return scanNumber(tokenBegin(), tokenEnd(), number) || failMalformed();
 }
 
 bool JSONCursor::read(double& value, const CodingStep* path) {
-    Number number;
+    JSONNumberText number;
     if (!readNumber(number, "a number", path)) return false;
     if (!numberValue(number, value)) return failMalformed();
     ++at_;
@@ -112,7 +76,7 @@ bool JSONCursor::read(float& value, const CodingStep* path) {
 }
 
 bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
-    Number number;
+    JSONNumberText number;
     if (!readNumber(number, "an integer", path)) return false;
     constexpr auto limit = std::uint64_t{1} << 63;
     std::optional<std::int64_t> whole;
@@ -131,7 +95,7 @@ bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_
 }
 
 bool JSONCursor::readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path) {
-    Number number;
+    JSONNumberText number;
     if (!readNumber(number, "an integer", path)) return false;
     std::optional<std::uint64_t> whole;
     if (number.isWhole) {

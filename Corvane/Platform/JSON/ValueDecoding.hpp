@@ -73,8 +73,8 @@ inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I
         if constexpr (rule.presence != CodingPresence::notCoded) {
             using Type =
                 std::remove_cvref_t<std::tuple_element_t<Member, decltype(memberReferences(std::declval<T&>()))>>;
-            codings[count++] = {rule.key, &readMember<T, Member>,
-                                rule.presence == CodingPresence::required && !isOptional<Type>};
+            codings[count++] = MemberCoding{rule.key, &readMember<T, Member>,
+                                            rule.presence == CodingPresence::required && !isOptional<Type>};
         }
     };
     (add(std::integral_constant<std::size_t, I>()), ...);

@@ -1,7 +1,9 @@
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,6 +62,12 @@ struct Ruled {
         {.member = "tags", .presence = CodingPresence::optional},
         {.member = "cached", .presence = CodingPresence::notCoded},
     };
+};
+
+struct Slashed {
+    int value = 0;
+
+    static constexpr CodingRule codingRules[] = {{.member = "value", .key = "a\\b"}};
 };
 
 struct Node {
@@ -134,6 +142,7 @@ TEST(JSONDecoder, FollowsTheRulesOfAType) {
     EXPECT_EQ(sparse->tags, std::vector{7});
     EXPECT_EQ(sparse->bonus, 5);
     EXPECT_EQ(failureOf<Ruled>(R"({"tags":[]})"), "There is no member \"short_name\" at the top level.");
+    EXPECT_EQ(JSONDecoder().decode<Slashed>(R"({"a\b":1,"a\\b":2})")->value, 2) << "the first key is a backspace";
 }
 
 TEST(JSONDecoder, NamesThePathAndWhatWasWrong) {
@@ -170,6 +179,10 @@ TEST(JSONDecoder, ChecksTheRangeOfNumbersExactly) {
     EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("255.0"), 255);
     EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("-0"), 0);
     EXPECT_EQ(JSONDecoder().decode<std::int64_t>("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    for (std::int64_t number = 1; number < 1'000'000'000'000'000'000; number = number * 10 + number % 7) {
+        EXPECT_EQ(JSONDecoder().decode<std::int64_t>(std::to_string(number)), number);
+        EXPECT_EQ(JSONDecoder().decode<double>(std::to_string(-number) + ".0"), static_cast<double>(-number));
+    }
     EXPECT_EQ(JSONDecoder().decode<double>("123456789012345678901234567890"), 123456789012345678901234567890.0);
     EXPECT_EQ(JSONDecoder().decode<double>("1e-400"), 0.0);
     EXPECT_EQ(JSONDecoder().decode<double>("1" + repeated("0", 300) + "e-300"), 1.0);
@@ -183,6 +196,18 @@ TEST(JSONDecoder, ChecksTheRangeOfNumbersExactly) {
     EXPECT_FALSE(JSONDecoder().decode<std::uint64_t>("18446744073709551616"));
     EXPECT_FALSE(JSONDecoder().decode<std::int64_t>("9223372036854775808"));
     EXPECT_FALSE(JSONDecoder().decode<float>("1e39"));
+}
+
+TEST(JSONDecoder, ReadsDataInPlaceWhateverItsPaddingHolds) {
+    for (const char filler : {'9', '"', '\\', 'e', ' '}) {
+        for (const std::string_view text : {"12345678", "-1", "0", "1.5e1"}) {
+            const std::shared_ptr<std::byte[]> buffer = std::make_shared<std::byte[]>(text.size() + Data::padding);
+            std::memset(buffer.get(), filler, text.size() + Data::padding);
+            std::memcpy(buffer.get(), text.data(), text.size());
+            const auto value = JSONDecoder().decode<double>(Data::adopting(buffer, text.size()));
+            EXPECT_EQ(value, std::stod(std::string(text))) << text << filler;
+        }
+    }
 }
 
 TEST(JSONDecoder, ValidatesTheWholeDocumentFirst) {
