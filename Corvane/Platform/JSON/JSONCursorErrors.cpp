@@ -123,7 +123,9 @@ bool JSONCursor::failMalformed() {
 
 DecodingError JSONCursor::takeError() {
     if (!error_) return notJSON(JSONErrorCode::malformed);
-    return *std::exchange(error_, std::nullopt);
+    DecodingError error = *std::move(error_);
+    error_.reset();
+    return error;
 }
 
 }  // namespace corvane::detail

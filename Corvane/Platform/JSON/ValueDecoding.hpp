@@ -111,8 +111,9 @@ std::optional<Key> dictionaryKey(std::string_view text) {
         return fromRawValue<Key>(text);
     } else if constexpr (JSONInteger<Key>) {
         Key key{};
-        const char* const end = text.data() + text.size();
-        const auto result = std::from_chars(text.data(), end, key);
+        const char* const begin = text.data();
+        const char* const end = begin + text.size();
+        const auto result = std::from_chars(begin, end, key);
         if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
         return key;
     } else {

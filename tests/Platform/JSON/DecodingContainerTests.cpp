@@ -2,6 +2,7 @@
 #include <expected>
 #include <map>
 #include <optional>
+#include <ranges>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -180,9 +181,8 @@ TEST(KeyedDecodingContainer, StaysLinear) {
     constexpr auto count = [](const Decoder& decoder) {
         const auto members = *decoder.container();
         std::size_t sum = 0;
-        const auto keys = members.allKeys();
-        for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-            sum += *members.decode<std::size_t>(*key);
+        for (const auto key : members.allKeys() | std::views::reverse)
+            sum += *members.decode<std::size_t>(key);
         return std::to_string(sum);
     };
     std::string wide = "{";
@@ -205,7 +205,7 @@ TEST(KeyedDecodingContainer, StaysLinear) {
     std::string deep = "{}";
     const std::string wideMember = R"("x":[)" + std::string(200, '[') + std::string(200, ']') + "]";
     for (int i = 0; i < 800; ++i)
-        deep = "{" + wideMember + ",\"n\":" + std::move(deep) + "}";
+        deep.insert(0, R"({"n":)").append(",").append(wideMember).append("}");
     const auto levels = JSONDecoder().decode<Level>(deep);
     ASSERT_TRUE(levels) << levels.error().description();
     EXPECT_EQ(levels->below, 800U);

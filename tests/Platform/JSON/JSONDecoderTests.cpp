@@ -158,8 +158,8 @@ TEST(JSONDecoder, NamesThePathAndWhatWasWrong) {
         {R"({"a":[[]]})", "Expected a dictionary but found an array at a[0]."},
         {R"({"a":[null]})", "Expected a dictionary but found null at a[0]."},
         {R"({"a":{}})", "Expected an array but found a dictionary at a."},
-        {R"({"a b.c":1})", "Expected an array but found a number at [\"a b.c\"]."},
-        {R"({"\u0061\"":1})", "Expected an array but found a number at [\"a\"\"]."},
+        {R"({"a b.c":1})", R"(Expected an array but found a number at ["a b.c"].)"},
+        {R"({"\u0061\"":1})", R"(Expected an array but found a number at ["a""].)"},
         {"[]", "Expected a dictionary but found an array at the top level."},
         {R"({"a":[{"id":9223372036854775808,"name":""}]})",
          "Expected an integer from -9223372036854775808 to 9223372036854775807 but found 9223372036854775808 at "
