@@ -21,7 +21,7 @@ TEST_F(URLSessionTest, SendsWhatWasAskedForAndNothingElse) {
         {"GET", std::nullopt, "GET ", std::nullopt},
         {"POST", R"({"a":1})", R"(POST {"a":1})", "7"},
         {"POST", "", "POST ", "0"},
-        {"PUT", "x", "PUT x", "1"},
+        {"PUT", std::string("x\0\xff", 3), std::string("PUT x\0\xff", 7), "3"},
         {"PATCH", std::nullopt, "PATCH ", "0"},
         {"DELETE", std::nullopt, "DELETE ", std::nullopt},
         {"GET", "odd", "GET odd", "3"},
