@@ -4,9 +4,18 @@
 
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
 #include <Corvane/Core/Atomic.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/AnyTaggedType.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/CacheIdentifiable.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/CacheIdentifiableTagType.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/NameTags.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/SecondsSince1970Tag.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/TaggedText.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/TaggedType.hpp>
 #include <Corvane/Core/ErrorFromString.hpp>
 #include <Corvane/Core/FatalErrorInDebug.hpp>
 #include <Corvane/Core/Hasher.hpp>
+#include <Corvane/Core/ImageResolution.hpp>
+#include <Corvane/Core/IncrementCounter.hpp>
 #include <Corvane/Core/LogCategory.hpp>
 #include <Corvane/Core/Loggers.hpp>
 #include <Corvane/Core/OptionalComparison.hpp>
@@ -34,6 +43,7 @@
 #include <Corvane/Platform/Application/BackgroundTasks.hpp>
 #include <Corvane/Platform/Data.hpp>
 #include <Corvane/Platform/Dates/Date.hpp>
+#include <Corvane/Platform/Dates/DateFormatter.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>

@@ -1,0 +1,167 @@
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <unordered_set>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Core/CustomTypes/TaggedType/CacheIdentifiable.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/NameTags.hpp>
+#include <Corvane/Core/CustomTypes/TaggedType/TaggedType.hpp>
+#include <Corvane/Platform/JSON/JSONDecoder.hpp>
+#include <Corvane/Platform/JSON/JSONEncoder.hpp>
+#include <Corvane/Testing/LogRecorder.hpp>
+
+namespace corvane {
+
+using FlagName = TaggedType<FlagNameTag, std::string>;
+using FlagCacheName = TaggedType<FlagCacheNameTag, std::string>;
+using TeamID = TaggedType<struct TeamIDTag, std::int64_t>;
+
+struct OnlyLess {
+    int rank;
+
+    friend bool operator<(OnlyLess a, OnlyLess b) { return a.rank < b.rank; }
+};
+
+class Nothing {
+  public:
+    explicit Nothing(int) {}
+};
+
+using Ranked = TaggedType<struct RankTag, OnlyLess>;
+using Plain = TaggedType<struct PlainTag, Nothing>;
+
+// What a value cannot do, its tagged value cannot do either.
+template <class T>
+concept HasHash = requires(const T& value) { std::hash<T>()(value); };
+template <class T>
+concept HasEmptiness = requires(const T& value) { value.isEmpty() || value.isNotEmpty(); };
+template <class T>
+concept HasText = requires(const T& value) { value.description() + value.debugDescription(); };
+template <class T>
+concept HasLosslessConstruction = requires { T::fromDescription("1"); };
+
+static_assert(std::equality_comparable<FlagName> && Comparable<FlagName> && HasHash<FlagName> &&
+              HasEmptiness<FlagName>);
+static_assert(HasText<FlagName> && HasLosslessConstruction<FlagName> && Decodable<FlagName> && Encodable<FlagName>);
+static_assert(Comparable<TeamID> && HasLosslessConstruction<TeamID> && !HasEmptiness<TeamID>);
+static_assert(Comparable<Ranked> && !std::equality_comparable<Ranked> && !HasLosslessConstruction<Ranked>);
+static_assert(AnyTaggedType<Plain> && !Comparable<Plain> && !std::equality_comparable<Plain> && !HasHash<Plain>);
+static_assert(!HasText<Plain> && !HasEmptiness<Plain> && !Decodable<Plain> && !Encodable<Plain>);
+static_assert(!std::default_initializable<Plain>);
+
+// Nothing but the cache-name tags makes cache keys, and of texts alone.
+template <class... Tags>
+constexpr bool makeCacheKeys = (CacheIdentifiable<TaggedType<Tags, std::string>> && ...);
+template <class... Tags>
+constexpr bool makeAnyCacheKey = (CacheIdentifiable<TaggedType<Tags, std::string>> || ...);
+static_assert(makeCacheKeys<CompetitionEmblemCacheNameTag, FlagCacheNameTag, ImageCacheNameTag, RegionFlagCacheNameTag,
+                            TeamBadgeCacheNameTag, TShirtImageCacheNameTag, PlayerHeadshotImageCacheNameTag>);
+static_assert(!makeAnyCacheKey<CompetitionEmblemNameTag, FlagNameTag, ImageNameTag, RegionFlagNameTag, TeamBadgeNameTag,
+                               TShirtImageNameTag, PlayerHeadshotImageNameTag, ImageURLTag>);
+static_assert(!CacheIdentifiable<TaggedType<FlagCacheNameTag, int>>);
+
+// Tags are not mixed up, and only literals become tagged values unasked.
+static_assert(!std::constructible_from<FlagCacheName, FlagName> && !std::is_assignable_v<FlagCacheName&, FlagName>);
+static_assert(!std::equality_comparable_with<FlagName, FlagCacheName>);
+static_assert(!std::convertible_to<std::string, FlagName> && !std::convertible_to<std::int64_t, TeamID>);
+static_assert(!std::constructible_from<FlagName, char (&)[8]> && !std::constructible_from<TeamID, const char (&)[2]>);
+static_assert(sizeof(FlagName) == sizeof(std::string) && sizeof(TeamID) == sizeof(std::int64_t));
+
+TEST(TaggedType, ComparesAndHashesAsItsValue) {
+    EXPECT_EQ(FlagName("no"), FlagName(std::string("no")));
+    EXPECT_NE(FlagName("no"), "se");
+    EXPECT_TRUE(TeamID(2) < TeamID(10) && TeamID(10) >= TeamID(10) && TeamID(10) > TeamID(2) && TeamID(2) <= TeamID(2));
+    EXPECT_TRUE(Ranked(OnlyLess{1}) < Ranked(OnlyLess{2}));
+    EXPECT_FALSE(Ranked(OnlyLess{2}) < Ranked(OnlyLess{2}));
+    const TaggedType<struct ShareTag, double> notANumber(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_FALSE(notANumber == notANumber || notANumber <= notANumber);
+
+    const std::unordered_set<TeamID> teams = {TeamID(1), TeamID(1), TeamID(2)};
+    EXPECT_EQ(teams.size(), 2U);
+    EXPECT_EQ(std::hash<FlagName>()("no"), std::hash<FlagCacheName>()("no")) << "the tag adds nothing";
+}
+
+TEST(TaggedType, TakesLiteralsWhole) {
+    EXPECT_EQ(FlagName("a\0b").value(), std::string("a\0b", 3));
+    EXPECT_EQ(FlagName('x').value(), "x");
+
+    const struct {
+        char32_t scalar;
+        const char* text;
+    } cases[] = {{U'\x7F', "\x7F"},
+                 {U'\x80', "\u0080"},
+                 {U'\u07FF', "\u07FF"},
+                 {U'\u0800', "\u0800"},
+                 {U'\uFFFF', "\uFFFF"},
+                 {U'\U00010000', "\U00010000"},
+                 {U'\U0010FFFF', "\U0010FFFF"},
+                 {char32_t{0xD800}, "\uFFFD"},
+                 {char32_t{0x110000}, "\uFFFD"}};
+
+    for (const auto& [scalar, text] : cases)
+        EXPECT_EQ(FlagName(scalar).value(), text);
+    EXPECT_TRUE(FlagName().isEmpty() && FlagName("").isEmpty() && FlagName("no").isNotEmpty());
+}
+
+TEST(TaggedType, HasTheTextOfItsValue) {
+    EXPECT_EQ(FlagName("no").description(), "no");
+    EXPECT_EQ(TeamID(-7).debugDescription(), "-7");
+    EXPECT_EQ((TaggedType<struct A, double>(1.5).description()), "1.5");
+    EXPECT_EQ((TaggedType<struct A, bool>(true).description()), "true");
+    EXPECT_EQ((TaggedType<struct A, char>('c').description()), "c");
+    EXPECT_EQ((TaggedType<struct A, TeamID>(TeamID(8)).description()), "8");
+}
+
+TEST(TaggedType, ChangesItsTagOnlyByCopying) {
+    EXPECT_EQ(FlagCacheName::copyValue(FlagName("no")).cacheID(), "no");
+    EXPECT_EQ(FlagCacheName::copyOptionalValue(std::optional(FlagName("no"))), FlagCacheName("no"));
+    EXPECT_EQ(FlagCacheName::copyOptionalValue(std::optional<FlagName>()), std::nullopt);
+    EXPECT_EQ(TeamID::fromRawValue(4).rawValue(), 4);
+
+    const std::optional<std::vector<TeamID>> teams({TeamID(3), TeamID(1), TeamID(3)});
+    EXPECT_THAT(values(*teams), ::testing::ElementsAre(3, 1, 3));
+    EXPECT_EQ(values(teams), (std::vector<std::int64_t>{3, 1, 3}));
+    EXPECT_EQ(values(std::optional<std::vector<TeamID>>()), std::nullopt);
+}
+
+struct Team {
+    TeamID id;
+    FlagName flag;
+    std::optional<FlagCacheName> cached;
+    std::vector<TaggedType<struct ScoresTag, std::vector<int>>> scores;
+};
+
+TEST(TaggedType, IsTheBareValueAsJSON) {
+    EXPECT_EQ(JSONEncoder().encode(FlagName("a\"c"))->text(), JSONEncoder().encode(std::string("a\"c"))->text());
+
+    const std::string_view text = R"({"id":9007199254740993,"flag":"no","cached":"n","scores":[[1,2],[]]})";
+    const auto team = JSONDecoder().decode<Team>(text);
+    ASSERT_TRUE(team) << team.error().description();
+    EXPECT_EQ(team->id, TeamID(9007199254740993));
+    EXPECT_EQ(team->cached, FlagCacheName("n"));
+    EXPECT_EQ(JSONEncoder().encode(*team)->text(), text);
+
+    const auto refused = JSONDecoder().decode<Team>(R"({"id":"7","flag":"no","scores":[]})");
+    const auto bare = JSONDecoder().decode<std::map<std::string, std::int64_t>>(R"({"id":"7"})");
+    ASSERT_FALSE(refused);
+    EXPECT_EQ(refused.error().description(), bare.error().description());
+}
+
+TEST(TaggedType, IsNotMadeFromADescription) {
+    testing::LogRecorder log(LogLevel::error);
+    EXPECT_EQ(FlagName::fromDescription("no"), std::nullopt);
+    EXPECT_THAT(log.messages("Unspecified"),
+                ::testing::ElementsAre(::testing::StartsWith(
+                    "TaggedType initialisation via LosslessStringConvertible is not supported, use .init(value: ) "
+                    "instead\nat: init(_:), in  TaggedType + LosslessStringConvertible, at line: ")));
+}
+
+}  // namespace corvane
