@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <unordered_set>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -45,27 +44,13 @@ template <class T>
 concept HasEmptiness = requires(const T& value) { value.isEmpty() || value.isNotEmpty(); };
 template <class T>
 concept HasText = requires(const T& value) { value.description() + value.debugDescription(); };
-template <class T>
-concept HasLosslessConstruction = requires { T::fromDescription("1"); };
 
-static_assert(std::equality_comparable<FlagName> && Comparable<FlagName> && HasHash<FlagName> &&
-              HasEmptiness<FlagName>);
-static_assert(HasText<FlagName> && HasLosslessConstruction<FlagName> && Decodable<FlagName> && Encodable<FlagName>);
-static_assert(Comparable<TeamID> && HasLosslessConstruction<TeamID> && !HasEmptiness<TeamID>);
-static_assert(Comparable<Ranked> && !std::equality_comparable<Ranked> && !HasLosslessConstruction<Ranked>);
+static_assert(Comparable<FlagName> && HasHash<FlagName> && HasEmptiness<FlagName> && !HasEmptiness<TeamID>);
+static_assert(Comparable<Ranked> && !std::equality_comparable<Ranked>);
 static_assert(AnyTaggedType<Plain> && !Comparable<Plain> && !std::equality_comparable<Plain> && !HasHash<Plain>);
 static_assert(!HasText<Plain> && !HasEmptiness<Plain> && !Decodable<Plain> && !Encodable<Plain>);
-static_assert(!std::default_initializable<Plain>);
 
-// Nothing but the cache-name tags makes cache keys, and of texts alone.
-template <class... Tags>
-constexpr bool makeCacheKeys = (CacheIdentifiable<TaggedType<Tags, std::string>> && ...);
-template <class... Tags>
-constexpr bool makeAnyCacheKey = (CacheIdentifiable<TaggedType<Tags, std::string>> || ...);
-static_assert(makeCacheKeys<CompetitionEmblemCacheNameTag, FlagCacheNameTag, ImageCacheNameTag, RegionFlagCacheNameTag,
-                            TeamBadgeCacheNameTag, TShirtImageCacheNameTag, PlayerHeadshotImageCacheNameTag>);
-static_assert(!makeAnyCacheKey<CompetitionEmblemNameTag, FlagNameTag, ImageNameTag, RegionFlagNameTag, TeamBadgeNameTag,
-                               TShirtImageNameTag, PlayerHeadshotImageNameTag, ImageURLTag>);
+static_assert(CacheIdentifiable<FlagCacheName> && !CacheIdentifiable<FlagName>);
 static_assert(!CacheIdentifiable<TaggedType<FlagCacheNameTag, int>>);
 
 // Tags are not mixed up, and only literals become tagged values unasked.
@@ -73,41 +58,26 @@ static_assert(!std::constructible_from<FlagCacheName, FlagName> && !std::is_assi
 static_assert(!std::equality_comparable_with<FlagName, FlagCacheName>);
 static_assert(!std::convertible_to<std::string, FlagName> && !std::convertible_to<std::int64_t, TeamID>);
 static_assert(!std::constructible_from<FlagName, char (&)[8]> && !std::constructible_from<TeamID, const char (&)[2]>);
-static_assert(sizeof(FlagName) == sizeof(std::string) && sizeof(TeamID) == sizeof(std::int64_t));
 
 TEST(TaggedType, ComparesAndHashesAsItsValue) {
     EXPECT_EQ(FlagName("no"), FlagName(std::string("no")));
     EXPECT_NE(FlagName("no"), "se");
     EXPECT_TRUE(TeamID(2) < TeamID(10) && TeamID(10) >= TeamID(10) && TeamID(10) > TeamID(2) && TeamID(2) <= TeamID(2));
     EXPECT_TRUE(Ranked(OnlyLess{1}) < Ranked(OnlyLess{2}));
-    EXPECT_FALSE(Ranked(OnlyLess{2}) < Ranked(OnlyLess{2}));
     const TaggedType<struct ShareTag, double> notANumber(std::numeric_limits<double>::quiet_NaN());
     EXPECT_FALSE(notANumber == notANumber || notANumber <= notANumber);
 
-    const std::unordered_set<TeamID> teams = {TeamID(1), TeamID(1), TeamID(2)};
-    EXPECT_EQ(teams.size(), 2U);
     EXPECT_EQ(std::hash<FlagName>()("no"), std::hash<FlagCacheName>()("no")) << "the tag adds nothing";
 }
 
 TEST(TaggedType, TakesLiteralsWhole) {
     EXPECT_EQ(FlagName("a\0b").value(), std::string("a\0b", 3));
     EXPECT_EQ(FlagName('x').value(), "x");
-
-    const struct {
-        char32_t scalar;
-        const char* text;
-    } cases[] = {{U'\x7F', "\x7F"},
-                 {U'\x80', "\u0080"},
-                 {U'\u07FF', "\u07FF"},
-                 {U'\u0800', "\u0800"},
-                 {U'\uFFFF', "\uFFFF"},
-                 {U'\U00010000', "\U00010000"},
-                 {U'\U0010FFFF', "\U0010FFFF"},
-                 {char32_t{0xD800}, "\uFFFD"},
-                 {char32_t{0x110000}, "\uFFFD"}};
-
-    for (const auto& [scalar, text] : cases)
-        EXPECT_EQ(FlagName(scalar).value(), text);
+    EXPECT_EQ(FlagName(U'\x7F').value(), "\x7F");
+    EXPECT_EQ(FlagName(U'\u07FF').value(), "\u07FF");
+    EXPECT_EQ(FlagName(U'\uFFFF').value(), "\uFFFF");
+    EXPECT_EQ(FlagName(U'\U0010FFFF').value(), "\U0010FFFF");
+    EXPECT_EQ(FlagName(char32_t{0xD800}).value(), "\uFFFD");
     EXPECT_TRUE(FlagName().isEmpty() && FlagName("").isEmpty() && FlagName("no").isNotEmpty());
 }
 
@@ -116,7 +86,6 @@ TEST(TaggedType, HasTheTextOfItsValue) {
     EXPECT_EQ(TeamID(-7).debugDescription(), "-7");
     EXPECT_EQ((TaggedType<struct A, double>(1.5).description()), "1.5");
     EXPECT_EQ((TaggedType<struct A, bool>(true).description()), "true");
-    EXPECT_EQ((TaggedType<struct A, char>('c').description()), "c");
     EXPECT_EQ((TaggedType<struct A, TeamID>(TeamID(8)).description()), "8");
 }
 
@@ -127,8 +96,8 @@ TEST(TaggedType, ChangesItsTagOnlyByCopying) {
     EXPECT_EQ(TeamID::fromRawValue(4).rawValue(), 4);
 
     const std::optional<std::vector<TeamID>> teams({TeamID(3), TeamID(1), TeamID(3)});
+    EXPECT_EQ(values(*teams), values(teams));
     EXPECT_THAT(values(*teams), ::testing::ElementsAre(3, 1, 3));
-    EXPECT_EQ(values(teams), (std::vector<std::int64_t>{3, 1, 3}));
     EXPECT_EQ(values(std::optional<std::vector<TeamID>>()), std::nullopt);
 }
 
