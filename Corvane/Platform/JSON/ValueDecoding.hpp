@@ -68,7 +68,7 @@ template <class T>
 inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I...>) {
     std::array<MemberCoding, codedMemberCount<T>()> codings;
     std::size_t count = 0;
-    const auto add = [&]<std::size_t Member>(std::integral_constant<std::size_t, Member>) {
+    [[maybe_unused]] const auto add = [&]<std::size_t Member>(std::integral_constant<std::size_t, Member>) {
         constexpr CodingRule rule = memberRules<T>[Member];
         if constexpr (rule.presence != CodingPresence::notCoded) {
             using Type =
