@@ -32,27 +32,33 @@ class CORVANE_EXPORT Logger {
     }
 
     void log(LogLevel level, std::string_view message,
-             LogOrigin where = std::source_location::current()) const noexcept {
+             std::source_location where = std::source_location::current()) const noexcept {
+        if (isEnabled(level)) write(level, message, where);
+    }
+
+    /// The same for a place that the caller was told of.
+    void log(LogLevel level, std::string_view message, const LogOrigin& where) const noexcept {
         if (isEnabled(level)) write(level, message, where);
     }
 
     template <std::invocable MessageMaker>
-    void log(LogLevel level, const MessageMaker& makeMessage, LogOrigin where = std::source_location::current()) const {
+    void log(LogLevel level, const MessageMaker& makeMessage,
+             std::source_location where = std::source_location::current()) const {
         if (isEnabled(level)) write(level, makeMessage(), where);
     }
 
     template <class Message>
-    void debug(const Message& message, LogOrigin where = std::source_location::current()) const {
+    void debug(const Message& message, std::source_location where = std::source_location::current()) const {
         log(LogLevel::debug, message, where);
     }
 
     template <class Message>
-    void info(const Message& message, LogOrigin where = std::source_location::current()) const {
+    void info(const Message& message, std::source_location where = std::source_location::current()) const {
         log(LogLevel::info, message, where);
     }
 
     template <class Message>
-    void error(const Message& message, LogOrigin where = std::source_location::current()) const {
+    void error(const Message& message, std::source_location where = std::source_location::current()) const {
         log(LogLevel::error, message, where);
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
@@ -24,9 +25,9 @@ template <class Pattern, class... Arguments>
 }
 
 /// Writes one entry with a pattern that is compiled with the code, `FMT_COMPILE("...")`; costs one relaxed load while
-/// `level` is off.
-template <class Pattern, class... Arguments>
-void logFormatted(const Logger& logger, LogLevel level, const LogOrigin& where, const Pattern& pattern,
+/// `level` is off. `where` becomes a `LogOrigin` behind the check.
+template <std::convertible_to<LogOrigin> Place, class Pattern, class... Arguments>
+void logFormatted(const Logger& logger, LogLevel level, const Place& where, const Pattern& pattern,
                   const Arguments&... arguments) noexcept {
     if (logger.isEnabled(level)) formatAndLog(logger, level, where, pattern, arguments...);
 }
