@@ -188,11 +188,6 @@ bool DataTask::restartTimeout() noexcept {
     return moveTo(transit.isSuspended ? SteadyInstant::max() : deadlineAfter(idleSeconds_));
 }
 
-void DataTask::bytesMoved() noexcept {
-    const std::uint64_t pass = NetworkThread::pass();
-    if (std::exchange(transit.movedInPass, pass) != pass) static_cast<void>(restartTimeout());
-}
-
 bool DataTask::hasOutcome() const {
     const std::lock_guard lock(mutex_);
     return hasOutcome_;

@@ -66,8 +66,6 @@ class DataTask final : public URLSessionDataTask,
         std::optional<URLRequest> request;
         int redirects = 0;
         bool isSuspended = false;
-        /// The last pass of the network thread in which bytes moved.
-        std::uint64_t movedInPass = 0;
         std::optional<Login> login;
         /// The only origin that is shown the login.
         std::string loginOrigin;
@@ -97,7 +95,7 @@ class DataTask final : public URLSessionDataTask,
     /// deadline is earlier than the heap knows.
     bool restartTimeout() noexcept;
 
-    void bytesMoved() noexcept override;
+    void bytesMoved() noexcept override { static_cast<void>(restartTimeout()); }
 
     [[nodiscard]] double idleSeconds() const noexcept { return idleSeconds_; }
 

@@ -92,7 +92,6 @@ void NetworkThread::wakeUp() const noexcept {
 
 void NetworkThread::run() {
     for (;;) {
-        ++pass_;
         takeSubmissions();
         expire();
         perform();

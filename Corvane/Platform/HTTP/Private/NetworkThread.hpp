@@ -29,9 +29,6 @@ class NetworkThread final : public ClockClient {
     /// Looks at a started task again that was cancelled, suspended or resumed.
     void update(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::update); }
 
-    /// Which round of the thread's loop this is, for that thread: what happens within one happens at one time.
-    [[nodiscard]] static std::uint64_t pass() noexcept { return pass_; }
-
     [[nodiscard]] ClockActivity activity() const noexcept override;
     void clockMoved() noexcept override;
 
@@ -66,8 +63,6 @@ class NetworkThread final : public ClockClient {
     /// Takes the task off the wire and out of all books; its outcome follows.
     void leave(const std::shared_ptr<DataTask>& task);
     void fail(const std::shared_ptr<DataTask>& task, PlatformError error);
-
-    static inline std::uint64_t pass_ = 0;
 
     CURLM* const multi_;
     const int wakeDescriptor_;
