@@ -52,6 +52,7 @@
 #include <Corvane/Platform/Dispatch/Timer.hpp>
 #include <Corvane/Platform/Dispatch/Work.hpp>
 #include <Corvane/Platform/FatalError.hpp>
+#include <Corvane/Platform/Files/FileManager.hpp>
 #include <Corvane/Platform/HTTP/HTTPHeaderField.hpp>
 #include <Corvane/Platform/HTTP/HTTPURLResponse.hpp>
 #include <Corvane/Platform/HTTP/URL.hpp>

@@ -9,12 +9,12 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include <Corvane/Platform/Logging/JournalSink.hpp>
+#include <Corvane/Platform/Private/POSIXError.hpp>
 
 namespace corvane {
 
@@ -62,11 +62,6 @@ std::string_view priority(LogLevel level) noexcept {
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof(address.sun_path) - 1);
     return address;
-}
-
-PlatformError lastError() {
-    const int code = errno;
-    return {"POSIXErrorDomain", code, std::generic_category().message(code)};
 }
 
 ssize_t send(int descriptor, ::msghdr& message) noexcept {
@@ -119,14 +114,14 @@ std::expected<std::shared_ptr<JournalSink>, PlatformError> JournalSink::open(std
     ::sockaddr_un to = address(socketPath);
     if (socketPath.size() >= sizeof(to.sun_path)) {
         errno = ENAMETOOLONG;
-        return std::unexpected(lastError());
+        return std::unexpected(lastPOSIXError());
     }
     const int descriptor = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (descriptor < 0) return std::unexpected(lastError());
+    if (descriptor < 0) return std::unexpected(lastPOSIXError());
     std::shared_ptr<JournalSink> sink(new JournalSink(descriptor, std::move(socketPath)));
     // Asks whether somebody listens. The answer ties the socket to that listener only, so it is undone again.
     if (::connect(descriptor, reinterpret_cast<const ::sockaddr*>(&to), sizeof(to)) != 0) {
-        return std::unexpected(lastError());
+        return std::unexpected(lastPOSIXError());
     }
     ::sockaddr nobody{};
     nobody.sa_family = AF_UNSPEC;

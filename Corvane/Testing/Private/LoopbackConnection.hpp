@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include <Corvane/Platform/Private/FileDescriptor.hpp>
 #include <Corvane/Testing/LoopbackRequest.hpp>
 #include <Corvane/Testing/LoopbackResponse.hpp>
-#include <Corvane/Testing/Private/FileDescriptor.hpp>
 #include <Corvane/Testing/Private/LoopbackScript.hpp>
 #include <Corvane/Testing/Private/RequestParser.hpp>
 

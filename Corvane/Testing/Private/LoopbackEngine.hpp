@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include <Corvane/Testing/Private/FileDescriptor.hpp>
+#include <Corvane/Platform/Private/FileDescriptor.hpp>
 #include <Corvane/Testing/Private/LoopbackConnection.hpp>
 #include <Corvane/Testing/Private/LoopbackListener.hpp>
 #include <Corvane/Testing/Private/LoopbackLog.hpp>

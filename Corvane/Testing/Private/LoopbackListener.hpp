@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include <Corvane/Testing/Private/FileDescriptor.hpp>
+#include <Corvane/Platform/Private/FileDescriptor.hpp>
 
 namespace corvane::testing {
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace corvane::testing {
+namespace corvane {
 
 /// Owns a file descriptor.
 class FileDescriptor {
@@ -34,4 +34,4 @@ class FileDescriptor {
     int descriptor_ = -1;
 };
 
-}  // namespace corvane::testing
+}  // namespace corvane
