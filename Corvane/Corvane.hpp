@@ -37,6 +37,13 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
 #include <Corvane/Export.hpp>
+#include <Corvane/Networking/API/APIRepositoryCache.hpp>
+#include <Corvane/Networking/API/APIRepositoryError.hpp>
+#include <Corvane/Networking/API/APIRepositoryState.hpp>
+#include <Corvane/Networking/API/CommonAPIError.hpp>
+#include <Corvane/Networking/API/FetchResultMetadata.hpp>
+#include <Corvane/Networking/API/ModelCache.hpp>
+#include <Corvane/Networking/API/URLSessionAPIResponse.hpp>
 #include <Corvane/Platform/AnyError.hpp>
 #include <Corvane/Platform/Application/BackgroundTaskHost.hpp>
 #include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>

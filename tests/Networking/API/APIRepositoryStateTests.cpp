@@ -1,0 +1,78 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Networking/API/APIRepositoryState.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+using State = detail::APIRepositoryState<int>;
+
+/// Asks for a model and fetches it on the spot if asked to; tells where it came from.
+FetchResultMetadata ask(State& state, bool useCache, State::Result fetched = std::make_shared<int>(1)) {
+    FetchResultMetadata answer;
+    if (state.admit(useCache, [&answer](const auto&, const auto& metadata) { answer = metadata; }))
+        state.finishFetch(useCache, fetched);
+    return answer;
+}
+
+const State::Result failure = std::unexpected(PlatformError("D", 1));
+
+TEST(APIRepositoryState, AnswersFromTheCacheAsItsPeriodsAllow) {
+    struct Row {
+        double age;
+        bool servesWhoAsksForTheCache;
+        bool servesWhoDoesNot;
+    };
+
+    for (const auto& [age, withCache, without] : std::initializer_list<Row>{
+             {0, true, true}, {9.5, true, true}, {10, true, false}, {60, true, false}, {60.5, false, false}}) {
+        for (const bool useCache : {false, true}) {
+            SCOPED_TRACE(::testing::Message() << age << ' ' << useCache);
+            testing::VirtualClock clock(Date(std::chrono::seconds(1700000000)));
+            State state(60, 10);
+            EXPECT_EQ(ask(state, false), (FetchResultMetadata{false, false, 1700000000}));
+            clock.advance(age);
+            const bool isServed = useCache ? withCache : without;
+            EXPECT_EQ(ask(state, useCache),
+                      (FetchResultMetadata{useCache, isServed, isServed ? 1700000000 : 1700000000 + age}));
+        }
+    }
+    EXPECT_FALSE(APIRepositoryCache(std::make_shared<const int>(1)).isNewLaid());
+    EXPECT_FALSE(APIRepositoryCache(std::make_shared<const int>(1)).isOutdated());
+}
+
+TEST(APIRepositoryState, AnswersAllWhoWaitWithTheOneFetchTheLatestFirst) {
+    State state(60, 0);
+    std::string order;
+    const auto asking = [&](char who) { return [&order, who](const auto&, const auto&) { order += who; }; };
+    EXPECT_TRUE(state.admit(false, asking('1')));
+    EXPECT_FALSE(state.admit(true, asking('2')));
+    EXPECT_FALSE(state.admit(true, nullptr));
+    EXPECT_FALSE(state.admit(true, [&](const auto&, const FetchResultMetadata& metadata) {
+        EXPECT_FALSE(metadata.cachedDataRequested) << "the one that started the fetch did not ask for it";
+        order += '3';
+        EXPECT_FALSE(state.admit(false, asking('4'))) << "answered by the fetch that is being told about";
+        EXPECT_FALSE(state.admit(true, asking('5'))) << "answered by the cache";
+    }));
+    state.finishFetch(false, std::make_shared<int>(1));
+    EXPECT_EQ(order, "35421");
+    EXPECT_TRUE(state.admit(false, asking('6'))) << "the next one starts another fetch";
+}
+
+TEST(APIRepositoryState, KeepsTheModelThroughAFailureAndLosesItByFlushing) {
+    State state(60, 0);
+    EXPECT_EQ(ask(state, true, failure).cacheCreationTimestamp, std::nullopt);
+    const auto made = ask(state, true).cacheCreationTimestamp;
+    EXPECT_EQ(ask(state, false, failure), (FetchResultMetadata{false, false, made}));
+    EXPECT_TRUE(ask(state, true).cachedDataReturned);
+    state.flush();
+    EXPECT_EQ(ask(state, true, failure), (FetchResultMetadata{true, false, std::nullopt}));
+}
+
+}  // namespace
+}  // namespace corvane
