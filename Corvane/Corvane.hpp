@@ -59,7 +59,9 @@
 #include <Corvane/Platform/Dispatch/Timer.hpp>
 #include <Corvane/Platform/Dispatch/Work.hpp>
 #include <Corvane/Platform/FatalError.hpp>
+#include <Corvane/Platform/Files/Bundle.hpp>
 #include <Corvane/Platform/Files/FileManager.hpp>
+#include <Corvane/Platform/Files/FileReadingOptions.hpp>
 #include <Corvane/Platform/HTTP/HTTPHeaderField.hpp>
 #include <Corvane/Platform/HTTP/HTTPURLResponse.hpp>
 #include <Corvane/Platform/HTTP/URL.hpp>

@@ -3,25 +3,19 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <mutex>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include <Corvane/Platform/Files/FileManager.hpp>
-#include <Corvane/Platform/UnfairLock.hpp>
+#include <Corvane/Platform/Files/Private/DirectoryChoice.hpp>
+#include <Corvane/Platform/Private/POSIXError.hpp>
 
 namespace corvane {
 namespace {
 
-struct Choice {
-    UnfairLock lock;
-    std::optional<std::filesystem::path> documents;
-};
-
 /// Never destroyed: other threads may outlive static destruction.
-Choice& choice() {
-    static auto& instance = *new Choice;
+DirectoryChoice& choice() {
+    static auto& instance = *new DirectoryChoice;
     return instance;
 }
 
@@ -50,24 +44,22 @@ const std::filesystem::path& homeDirectory() {
 }  // namespace
 
 std::optional<std::filesystem::path> FileManager::documentsDirectory() {
-    std::optional<std::filesystem::path> directory;
-    {
-        const std::lock_guard guard(choice().lock);
-        directory = choice().documents;
-    }
+    std::optional<std::filesystem::path> directory = choice().get();
     if (!directory && !homeDirectory().empty()) directory = homeDirectory() / "Documents";
     if (directory && directory->empty()) directory.reset();
     return directory;
 }
 
 void FileManager::setDocumentsDirectory(std::optional<std::filesystem::path> directory) {
-    if (directory && directory->is_relative() && !directory->empty()) {
-        std::error_code ignored;  // Without a current directory a relative path leads nowhere, completed or not.
-        auto completed = std::filesystem::absolute(*directory, ignored);
-        if (!ignored) directory = std::move(completed);
-    }
-    const std::lock_guard guard(choice().lock);
-    choice().documents.swap(directory);
+    choice().set(std::move(directory));
+}
+
+std::expected<std::filesystem::path, PlatformError> FileManager::file(const std::filesystem::path& directory,
+                                                                      std::string_view name) {
+    const bool leadsElsewhere =
+        name.empty() || name == "." || name == ".." || name.find_first_of(std::string_view("/\0", 2)) != name.npos;
+    if (leadsElsewhere) return std::unexpected(posixError(EINVAL));
+    return directory / name;
 }
 
 }  // namespace corvane

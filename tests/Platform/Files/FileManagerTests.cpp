@@ -1,17 +1,45 @@
 #include <pwd.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <expected>
 #include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Files/FileManager.hpp>
 
+#include "tests/Support/TemporaryDirectory.hpp"
+
 namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::TemporaryDirectory;
+
+/// The system's number for why it failed, 0 for success.
+template <class T>
+std::int64_t code(const std::expected<T, PlatformError>& result) {
+    return result ? 0 : result.error().code();
+}
+
+std::expected<void, PlatformError> write(const fs::path& file, std::string_view text) {
+    return FileManager::writeAtomically(file, Data(text));
+}
+
+std::string read(const fs::path& file) {
+    const auto content = FileManager::contents(file);
+    return content ? std::string(content->text()) : content.error().description();
+}
 
 TEST(FileManager, FindsTheDocumentsInTheAccountsHomeWhateverTheEnvironmentSays) {
     ::setenv("HOME", "/nowhere", 1);
@@ -30,6 +58,125 @@ TEST(FileManager, TakesTheApplicationsChoiceOfDocumentsDirectory) {
     EXPECT_EQ(FileManager::documentsDirectory(), std::nullopt);
     FileManager::setDocumentsDirectory(std::nullopt);
     EXPECT_EQ(FileManager::documentsDirectory(), own);
+}
+
+TEST(FileManager, TakesANameForOneComponent) {
+    EXPECT_EQ(FileManager::file("/documents", "..notes \\ é.json"), "/documents/..notes \\ é.json");
+    for (const std::string name : {"", ".", "..", "/", "a/b", "../a", "/etc/passwd", "a/"})
+        EXPECT_EQ(code(FileManager::file("/documents", name)), EINVAL) << name;
+    EXPECT_EQ(code(FileManager::file("/documents", std::string("a\0b", 3))), EINVAL);
+}
+
+TEST(FileManager, ReadsBackWhatItWrote) {
+    const TemporaryDirectory directory;
+    const fs::path file = directory.path() / std::string(255, 'n');
+    for (const std::size_t size : {0UZ, 1UZ, 64UZ, 65UZ, 5'000'000UZ}) {
+        const std::string text(size, 'x');
+        ASSERT_EQ(code(write(file, text)), 0);
+        EXPECT_EQ(FileManager::contents(file)->text(), text);
+        EXPECT_EQ(FileManager::contents(file, {.uncached = true})->text(), text);
+    }
+    EXPECT_EQ(directory.names().size(), 1);
+    // A file that says it is empty and is not.
+    EXPECT_GT(FileManager::contents("/proc/self/maps")->size(), Data::padding);
+}
+
+TEST(FileManager, SaysWhyItCannotRead) {
+    const TemporaryDirectory directory;
+    const fs::path pipe = directory.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(code(FileManager::contents(directory.path() / "missing")), ENOENT);
+    EXPECT_EQ(code(FileManager::contents(directory.path())), EISDIR);
+    EXPECT_EQ(code(FileManager::contents(pipe)), EINVAL);
+    EXPECT_EQ(code(FileManager::contents("/dev/null")), EINVAL);
+    EXPECT_EQ(code(FileManager::contents(std::string("/etc/passwd\0", 12))), EINVAL);
+}
+
+TEST(FileManager, KeepsPermissionsAndLeavesNewOnesToTheUmask) {
+    const TemporaryDirectory directory;
+    const fs::path file = directory.path() / "file";
+    const ::mode_t before = ::umask(027);
+    EXPECT_EQ(code(write(file, "new")), 0);
+    EXPECT_EQ(static_cast<unsigned>(fs::status(file).permissions()), 0640);
+    for (const unsigned mode : {0600U, 0666U, 0444U, 0755U}) {
+        fs::permissions(file, static_cast<fs::perms>(mode));
+        EXPECT_EQ(code(write(file, "again")), 0);
+        EXPECT_EQ(static_cast<unsigned>(fs::status(file).permissions()), mode);
+    }
+    ::umask(before);
+}
+
+TEST(FileManager, ReplacesALinkAndNotWhatItLeadsTo) {
+    const TemporaryDirectory directory;
+    const fs::path target = directory.path() / "target";
+    const fs::path link = directory.path() / "link";
+    ASSERT_EQ(code(write(target, "target")), 0);
+    fs::create_symlink(target, link);
+    EXPECT_EQ(code(write(link, "own")), 0);
+    EXPECT_EQ(read(target), "target");
+    EXPECT_EQ(read(link), "own");
+}
+
+TEST(FileManager, LeavesTheOldFileAndNoOtherWhenWritingFails) {
+    const TemporaryDirectory directory;
+    const fs::path file = directory.path() / "file";
+    ASSERT_EQ(code(write(file, "old")), 0);
+    fs::create_directory(directory.path() / "directory");
+    EXPECT_EQ(code(write(directory.path() / "directory", "new")), EISDIR);
+    EXPECT_EQ(code(write(directory.path() / "missing" / "file", "new")), ENOENT);
+    EXPECT_EQ(code(write(file / "file", "new")), ENOTDIR);
+    EXPECT_EQ(code(write(directory.path() / std::string(256, 'n'), "new")), ENAMETOOLONG);
+
+    // A file system that takes the beginning and no more.
+    ::rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const ::rlimit little{.rlim_cur = 4096, .rlim_max = before.rlim_max};
+    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &little);
+    EXPECT_EQ(code(write(file, std::string(10'000, 'x'))), EFBIG);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, formerHandler);
+
+    // A directory that may be read and not written. Root may do everything, so he becomes nobody.
+    constexpr ::uid_t nobody = 65534;
+    const ::uid_t self = ::geteuid();
+    fs::permissions(directory.path(), static_cast<fs::perms>(0555));
+    ASSERT_EQ(::seteuid(self == 0 ? nobody : self), 0);
+    EXPECT_EQ(code(write(file, "new")), EACCES);
+    ASSERT_EQ(::seteuid(self), 0);
+    fs::permissions(directory.path(), static_cast<fs::perms>(0755));
+
+    EXPECT_EQ(read(file), "old");
+    EXPECT_EQ(directory.names().size(), 2);
+}
+
+TEST(FileManager, LeavesTheOldFileOnAFullDisk) {
+    const TemporaryDirectory directory;
+    if (::mount("tmpfs", directory.path().c_str(), "tmpfs", 0, "size=64k") != 0) GTEST_SKIP() << "may not mount";
+    const fs::path file = directory.path() / "file";
+    EXPECT_EQ(code(write(file, "old")), 0);
+    EXPECT_EQ(code(write(file, std::string(100'000, 'x'))), ENOSPC);
+    EXPECT_EQ(read(file), "old");
+    EXPECT_EQ(directory.names().size(), 1);
+    ::umount2(directory.path().c_str(), MNT_DETACH);
+}
+
+TEST(FileManager, ReadsOneFileWholeWhileItIsReplaced) {
+    const TemporaryDirectory directory;
+    const fs::path file = directory.path() / "file";
+    const std::string texts[] = {std::string(100'000, 'a'), std::string(300'000, 'b')};
+    ASSERT_EQ(code(write(file, texts[0])), 0);
+    std::atomic<bool> done = false;
+    std::thread writer([&] {
+        for (int i = 0; i < 40; ++i)
+            EXPECT_EQ(code(write(file, texts[i % 2])), 0);
+        done = true;
+    });
+    while (!done) {
+        const std::string text = read(file);
+        EXPECT_TRUE(text == texts[0] || text == texts[1]) << text.size();
+    }
+    writer.join();
 }
 
 }  // namespace
