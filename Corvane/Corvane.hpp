@@ -2,7 +2,16 @@
 
 // Everything but Corvane::Testing. A file that includes what it uses compiles faster.
 
+#include <Corvane/Concurrency/AutoRefreshablePage.hpp>
+#include <Corvane/Concurrency/AutorefreshUpdaterProtocol.hpp>
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
+#include <Corvane/Concurrency/DispatchGroupIdentifiable.hpp>
+#include <Corvane/Concurrency/DispatchGroupNotifier.hpp>
+#include <Corvane/Concurrency/EventRegulator.hpp>
+#include <Corvane/Concurrency/PageAutoRefresher.hpp>
+#include <Corvane/Concurrency/PeriodicalRepeatScheduler.hpp>
+#include <Corvane/Concurrency/PreConcurrencyEventDebouncer.hpp>
+#include <Corvane/Concurrency/PreConcurrencyEventThrottler.hpp>
 #include <Corvane/Core/Atomic.hpp>
 #include <Corvane/Core/CustomTypes/TaggedType/AnyTaggedType.hpp>
 #include <Corvane/Core/CustomTypes/TaggedType/CacheIdentifiable.hpp>
