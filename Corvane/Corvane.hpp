@@ -35,13 +35,21 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequestData.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiResponse.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/APIDataCache.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCache.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCacheRecord.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ClientAPIError.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/ApiDataProvider.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataProviderResponse.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/FailureCases.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPMethods.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/ErrorEventTracker.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManager.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManagerResult.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Retry/RetryHandler.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
@@ -84,6 +92,7 @@
 #include <Corvane/Platform/JSON/CodingPath.hpp>
 #include <Corvane/Platform/JSON/CodingTraits.hpp>
 #include <Corvane/Platform/JSON/CompileTimeNames.hpp>
+#include <Corvane/Platform/JSON/DataCoding.hpp>
 #include <Corvane/Platform/JSON/Decoder.hpp>
 #include <Corvane/Platform/JSON/DecodingError.hpp>
 #include <Corvane/Platform/JSON/Encoder.hpp>
@@ -120,6 +129,7 @@
 #include <Corvane/Platform/Notifications/NotificationCenter.hpp>
 #include <Corvane/Platform/Notifications/NotificationObservation.hpp>
 #include <Corvane/Platform/PlatformError.hpp>
+#include <Corvane/Platform/Text/Base64.hpp>
 #include <Corvane/Platform/Text/NumberText.hpp>
 #include <Corvane/Platform/UnfairLock.hpp>
 #include <Corvane/Platform/UniqueFunction.hpp>
