@@ -2,6 +2,13 @@
 
 // Everything but Corvane::Testing. A file that includes what it uses compiles faster.
 
+#include <Corvane/Collections/FileUtil.hpp>
+#include <Corvane/Collections/FileUtilError.hpp>
+#include <Corvane/Collections/Identifiable.hpp>
+#include <Corvane/Collections/Lift.hpp>
+#include <Corvane/Collections/ListValidator.hpp>
+#include <Corvane/Collections/OrderedIdentifiableItemSet.hpp>
+#include <Corvane/Collections/Predicates.hpp>
 #include <Corvane/Concurrency/AutoRefreshablePage.hpp>
 #include <Corvane/Concurrency/AutorefreshUpdaterProtocol.hpp>
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
