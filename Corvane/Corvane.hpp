@@ -73,8 +73,12 @@
 #include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>
 #include <Corvane/Platform/Application/BackgroundTasks.hpp>
 #include <Corvane/Platform/Data.hpp>
+#include <Corvane/Platform/Dates/Calendar.hpp>
+#include <Corvane/Platform/Dates/CalendarUnits.hpp>
 #include <Corvane/Platform/Dates/Date.hpp>
+#include <Corvane/Platform/Dates/DateComponents.hpp>
 #include <Corvane/Platform/Dates/DateFormatter.hpp>
+#include <Corvane/Platform/Dates/TimeZone.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQoS.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+/// How many instants an oracle is asked about, and which: CORVANE_ORACLE_SAMPLES and CORVANE_ORACLE_SEED, or a sample
+/// that is another one each time. The seed is printed, so that a failure can be had again.
+class OracleRun {
+  public:
+    OracleRun()
+        : samples_(variable("CORVANE_ORACLE_SAMPLES", 20'000)),
+          seed_(variable("CORVANE_ORACLE_SEED", std::random_device()())) {
+        std::cout << "CORVANE_ORACLE_SAMPLES=" << samples_ << " CORVANE_ORACLE_SEED=" << seed_ << '\n';
+        random_.seed(seed_);
+    }
+
+    [[nodiscard]] std::uint64_t samples() const { return samples_; }
+
+    [[nodiscard]] std::int64_t between(std::int64_t least, std::int64_t most) {
+        return std::uniform_int_distribution<std::int64_t>(least, most)(random_);
+    }
+
+    template <class T>
+    [[nodiscard]] const T& oneOf(const std::vector<T>& values) {
+        return values[static_cast<std::size_t>(between(0, static_cast<std::int64_t>(values.size()) - 1))];
+    }
+
+  private:
+    static std::uint64_t variable(const char* name, std::uint64_t otherwise) {
+        const char* const text = std::getenv(name);
+        return text != nullptr ? std::stoull(text) : otherwise;
+    }
+
+    std::uint64_t samples_;
+    std::uint64_t seed_;
+    std::mt19937_64 random_;
+};
+
+/// The names of all zones in the system's database.
+inline std::vector<std::string> allZones() {
+    const std::filesystem::path root = "/usr/share/zoneinfo";
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+        const auto name = entry.path().lexically_relative(root).string();
+        const bool isOther = name.starts_with("posix") || name.starts_with("right/") || name == "localtime" ||
+                             name.contains('.') || name.starts_with("leap");
+        if (entry.is_regular_file() && !isOther) names.push_back(name);
+    }
+    return names;
+}
+
+}  // namespace corvane

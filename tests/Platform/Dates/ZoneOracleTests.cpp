@@ -1,0 +1,58 @@
+// Zones and the calendar in them against libc, which reads the same database.
+
+#include <ctime>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Dates/Calendar.hpp>
+
+#include "OracleRun.hpp"
+#include "ZoneVariable.hpp"
+
+namespace corvane {
+
+// From before there were zones to the year 2600, which the rules have to be repeated for.
+constexpr std::int64_t firstSecond = -5'000'000'000;
+constexpr std::int64_t lastSecond = 20'000'000'000;
+
+TEST(ZoneOracle, AgreesWithTheSystem) {
+    using enum CalendarUnit;
+    OracleRun run;
+    const auto zones = allZones();
+    ASSERT_GT(zones.size(), 400U);
+    for (const std::string& name : zones) {
+        const ZoneVariable variable(name);
+        const auto zone = TimeZone::named(name);
+        ASSERT_TRUE(zone) << name;
+        const Calendar calendar(*zone);
+        for (std::uint64_t sample = 0; sample <= run.samples() / zones.size(); ++sample) {
+            std::time_t time = run.between(firstSecond, lastSecond);
+            // Half of them a second before or after a transition.
+            if (sample % 2 == 0) {
+                const auto next = zone->nextTransition(Date(std::chrono::seconds(time)));
+                if (next) time = static_cast<std::time_t>(next->time_since_epoch().count()) - (sample % 4 == 0 ? 1 : 0);
+            }
+            const Date date{std::chrono::seconds(time)};
+            std::tm parts{};
+            ASSERT_NE(::localtime_r(&time, &parts), nullptr);
+            ASSERT_EQ(zone->secondsFromGMT(date), parts.tm_gmtoff) << name << " at " << time;
+            ASSERT_EQ(zone->isDaylightSavingTime(date), parts.tm_isdst > 0) << name << " at " << time;
+            ASSERT_EQ(zone->abbreviation(date), parts.tm_zone) << name << " at " << time;
+            const auto units = year | month | day | hour | minute | second;
+            const auto components = calendar.dateComponents(units, date);
+            ASSERT_EQ(components, (DateComponents{.year = parts.tm_year + 1900,
+                                                  .month = parts.tm_mon + 1,
+                                                  .day = parts.tm_mday,
+                                                  .hour = parts.tm_hour,
+                                                  .minute = parts.tm_min,
+                                                  .second = parts.tm_sec}))
+                << name << " at " << time;
+            // The way back leads to the first instant with these names.
+            const auto back = calendar.date(components);
+            ASSERT_TRUE(back && *back <= date && calendar.dateComponents(units, *back) == components)
+                << name << " at " << time;
+        }
+    }
+}
+
+}  // namespace corvane
