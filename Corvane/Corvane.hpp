@@ -37,6 +37,10 @@
 #include <Corvane/Core/OptionalComparison.hpp>
 #include <Corvane/Core/SourceFileContext.hpp>
 #include <Corvane/Core/Throwable.hpp>
+#include <Corvane/Decoding/DirectOrderedDictionaryDecoder.hpp>
+#include <Corvane/Decoding/DynamicKey.hpp>
+#include <Corvane/Decoding/IntValue.hpp>
+#include <Corvane/Decoding/OrderedDictionaryKey.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequestData.hpp>
@@ -72,6 +76,11 @@
 #include <Corvane/Platform/Application/BackgroundTaskHost.hpp>
 #include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>
 #include <Corvane/Platform/Application/BackgroundTasks.hpp>
+#include <Corvane/Platform/Collections/OrderedDictionary.hpp>
+#include <Corvane/Platform/Collections/OrderedIterator.hpp>
+#include <Corvane/Platform/Collections/OrderedSet.hpp>
+#include <Corvane/Platform/Collections/OrderedTable.hpp>
+#include <Corvane/Platform/Collections/SeededHash.hpp>
 #include <Corvane/Platform/Data.hpp>
 #include <Corvane/Platform/Dates/Calendar.hpp>
 #include <Corvane/Platform/Dates/CalendarUnits.hpp>

@@ -88,6 +88,20 @@ std::expected<Decoder, DecodingError> KeyedDecodingContainer::decoder(std::strin
     return Decoder(*cursor_, cursor_->keep(*step));
 }
 
+std::optional<DecodingError> KeyedDecodingContainer::readMembers(std::string_view key, void* target,
+                                                                 detail::JSONCursor::ReadEntry entry,
+                                                                 void (*removeAll)(void* target)) const {
+    const ExactScope scope(*cursor_);
+    const auto step = moveTo(key);
+    if (!step) return cursor_->takeError();
+    const std::uint32_t position = cursor_->position();
+    if (cursor_->readDictionaryInGoodFaith(target, entry, &*step)) return std::nullopt;
+    removeAll(target);
+    cursor_->moveTo(position);
+    if (cursor_->readDictionary(target, entry, &*step)) return std::nullopt;
+    return cursor_->takeError();
+}
+
 // UnkeyedDecodingContainer
 
 std::optional<CodingStep> UnkeyedDecodingContainer::moveToNext() const {

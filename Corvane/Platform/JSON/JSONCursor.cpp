@@ -266,9 +266,16 @@ bool JSONCursor::readArray(void* list, bool (*element)(JSONCursor&, void*, const
     return true;
 }
 
-bool JSONCursor::readDictionary(void* dictionary,
-                                bool (*entry)(JSONCursor&, void*, std::string_view, const CodingStep*),
-                                const CodingStep* path) {
+bool JSONCursor::readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path) {
+    const bool wasExact = std::exchange(exact_, false);
+    const std::size_t depth = depth_;
+    const bool isRead = readDictionary(dictionary, entry, path);
+    exact_ = wasExact;
+    depth_ = depth;
+    return isRead;
+}
+
+bool JSONCursor::readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path) {
     if (exact_) {
         JSONMemberTable table;
         if (!listMembers(table, path)) return false;

@@ -174,10 +174,16 @@ class CORVANE_EXPORT JSONCursor {
     /// Calls `element` for each element with the cursor at it.
     bool readArray(void* list, bool (*element)(JSONCursor&, void* list, const CodingStep*), const CodingStep* path);
 
+    using ReadEntry = bool (*)(JSONCursor&, void* dictionary, std::string_view key, const CodingStep*);
+
     /// Calls `entry` for each member with the cursor at its value.
-    bool readDictionary(void* dictionary,
-                        bool (*entry)(JSONCursor&, void* dictionary, std::string_view key, const CodingStep*),
-                        const CodingStep* path);
+    bool readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path);
+
+    /// The same, but in good faith: a failure has no reason yet, and only means that an exact look is needed.
+    bool readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path);
+
+    /// Whether a failure now has to have its reason, and repeated keys have been sorted out.
+    [[nodiscard]] bool isExact() const noexcept { return exact_; }
 
     /// The text at the cursor, unescaped; it holds until the next text is read.
     bool readTextView(std::string_view& text, const CodingStep* path);

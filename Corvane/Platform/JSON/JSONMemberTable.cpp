@@ -1,6 +1,6 @@
+#include <Corvane/Platform/Collections/SeededHash.hpp>
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
 #include <Corvane/Platform/JSON/Private/JSONBlocks.hpp>
-#include <Corvane/Platform/JSON/Private/JSONKeyHash.hpp>
 
 namespace corvane::detail {
 
@@ -37,7 +37,7 @@ void JSONMemberTable::rebuildSlots() {
 
 std::size_t JSONMemberTable::slotOf(std::string_view key) const noexcept {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = jsonKeyHash(key) & mask;
+    std::size_t slot = seededHash(key) & mask;
     while (slots_[slot] != 0 && entries_[slots_[slot] - 1].key != key)
         slot = (slot + 1) & mask;
     return slot;

@@ -58,6 +58,13 @@ class CORVANE_EXPORT KeyedDecodingContainer {
     /// A decoder for the value under `key`.
     [[nodiscard]] std::expected<Decoder, DecodingError> decoder(std::string_view key) const;
 
+    /// For Corvane's own decoders: reads the dictionary under `key` into `target` by calling `entry` for each member in
+    /// payload order, with the cursor at its value. It is read in good faith (see `JSONCursor`) and, when that fails,
+    /// once more exactly, after `removeAll`. Absent when all went well.
+    [[nodiscard]] std::optional<DecodingError> readMembers(std::string_view key, void* target,
+                                                           detail::JSONCursor::ReadEntry entry,
+                                                           void (*removeAll)(void* target)) const;
+
   private:
     friend class Decoder;
 

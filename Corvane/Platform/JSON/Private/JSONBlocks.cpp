@@ -4,8 +4,8 @@
 #include <new>
 #include <utility>
 
+#include <Corvane/Platform/Collections/SeededHash.hpp>
 #include <Corvane/Platform/JSON/Private/JSONBlocks.hpp>
-#include <Corvane/Platform/JSON/Private/JSONKeyHash.hpp>
 
 namespace corvane::detail {
 
@@ -90,7 +90,7 @@ std::size_t slotCount(std::size_t members) noexcept {
 
 std::size_t slotOf(std::string_view key, std::span<const std::uint32_t> slots, const JSONMember* members) noexcept {
     const std::size_t mask = slots.size() - 1;
-    std::size_t slot = jsonKeyHash(key) & mask;
+    std::size_t slot = seededHash(key) & mask;
     while (slots[slot] != 0 && textOf(members[slots[slot] - 1].key) != key)
         slot = (slot + 1) & mask;
     return slot;
