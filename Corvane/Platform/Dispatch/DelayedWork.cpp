@@ -18,15 +18,23 @@ DelayedWork::DelayedWork() {
     PoolSupervisor::shared().requestThread([this] { run(); });
 }
 
-void DelayedWork::add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue, Work&& work, DispatchQoS qos) {
+std::shared_ptr<DelayedWork::Entry> DelayedWork::add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue,
+                                                     Work&& work, DispatchQoS qos) {
     auto entry = std::make_shared<Entry>(std::move(queue), std::move(work), qos);
     static_cast<void>(entry->moveTo(deadline));
     bool isEarliest = false;
     {
         const std::lock_guard lock(mutex_);
-        isEarliest = deadlines_.arm(std::move(entry));
+        isEarliest = deadlines_.arm(entry);
     }
     if (isEarliest) wakeWord_.set();
+    return entry;
+}
+
+void DelayedWork::remove(Entry& entry) noexcept {
+    std::shared_ptr<Entry> removed;  // destroyed without the lock
+    const std::lock_guard lock(mutex_);
+    removed = deadlines_.remove(entry);
 }
 
 void DelayedWork::run() noexcept {
@@ -43,7 +51,11 @@ void DelayedWork::run() noexcept {
             next = deadlines_.next();
         }
         if (entry != nullptr) {
-            entry->queue->async(std::move(entry->work), entry->qos);
+            if (entry->queue != nullptr) {
+                entry->queue->async(std::move(entry->work), entry->qos);
+            } else {
+                std::exchange(entry->work, nullptr)();
+            }
             entry = nullptr;
             ++queued;
             continue;

@@ -21,13 +21,6 @@ class DelayedWork final : public ClockClient {
   public:
     static DelayedWork& shared();
 
-    /// Gives `work` to `queue`, which it holds until then, at `deadline`. Any thread.
-    void add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue, Work&& work, DispatchQoS qos);
-
-    [[nodiscard]] ClockActivity activity() const noexcept override;
-    void clockMoved() noexcept override;
-
-  private:
     struct Entry final : Deadline {
         Entry(std::shared_ptr<DispatchQueue> target, Work&& block, DispatchQoS blockQoS)
             : queue(std::move(target)), work(std::move(block)), qos(blockQoS) {}
@@ -37,6 +30,18 @@ class DelayedWork final : public ClockClient {
         const DispatchQoS qos;
     };
 
+    /// Gives `work` to `queue`, which it holds until then, at `deadline`. With a null queue `work` runs on this thread:
+    /// for blocks of the library that only queue something. Any thread.
+    std::shared_ptr<Entry> add(SteadyInstant deadline, std::shared_ptr<DispatchQueue> queue, Work&& work,
+                               DispatchQoS qos);
+
+    /// Forgets an entry; does nothing when it has come due. Any thread.
+    void remove(Entry& entry) noexcept;
+
+    [[nodiscard]] ClockActivity activity() const noexcept override;
+    void clockMoved() noexcept override;
+
+  private:
     DelayedWork();
     [[noreturn]] void run() noexcept;
 
