@@ -1,0 +1,107 @@
+#pragma once
+
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include <Corvane/Observation/LastChangeDebouncers.hpp>
+#include <Corvane/Observation/ObservableCallbacks.hpp>
+#include <Corvane/Observation/ObservableType.hpp>
+
+namespace corvane {
+
+/// A box with one value that tells its observers of every assignment.
+///
+///     Observable<int> score(0);
+///     score.addObserver(shared_from_this(), {ObservableOption::initial, ObservableOption::changed},
+///                       [this](int value, ObservableOption) { print(value); });
+///     score.setValue(1);
+///
+/// It has reference semantics: a copy is another name of the same box, which lives as long as any of its names, and
+/// whatever is done through one is seen through all.
+///
+/// An assignment stores the value and then makes three passes over its registrations, each in the order of their
+/// making: all that react to `old`, with the value before; all that react to `new_`; and, unless the two values are
+/// equal, all that react to `changed`. The callbacks run inside the assignment, on its thread, and must not throw.
+/// During a pass they may
+/// - add and remove observers: this changes the passes that follow, not the one that runs, which still calls what has
+///   been removed;
+/// - assign again: that makes its own three passes at once, and the pass outside then goes on with the value it began
+///   with, so those behind in the order hear the newer value first;
+/// - end the observable, with whatever owns it: the assignment makes all its passes as if it lived.
+///
+/// Observers are held weakly and only to find their registrations: those of an observer that has gone go on being
+/// called, and nothing removes them any more. Callbacks are held strongly, until they are removed or the box ends.
+///
+/// No locks: one thread at a time for a box with all its names, in an application the main thread.
+template <class T>
+    requires std::equality_comparable<T> && std::copyable<T>
+class Observable final : public ObservableType<T> {
+  public:
+    using typename ObservableType<T>::Closure;
+    using ObservableType<T>::addObserver;
+
+    explicit Observable(T value) : box_(std::make_shared<Box>(std::move(value))) {}
+
+    Observable(const Observable&) = default;
+    /// A name stays with its box; assign its value instead.
+    Observable& operator=(const Observable&) = delete;
+    ~Observable() override = default;
+
+    /// Valid while the box lives; its content changes with the next assignment.
+    [[nodiscard]] const T& value() const noexcept { return box_->value; }
+
+    void setValue(T value) {
+        if (box_->callbacks.isEmpty()) {
+            box_->value = std::move(value);
+        } else {
+            // A callback may end this name of the box, and it may be the last.
+            const std::shared_ptr<Box> box = box_;
+            box->assign(std::move(value));
+        }
+    }
+
+    /// Calls `body` with a copy of the value to change in place, and assigns that: one assignment, at the end.
+    template <std::invocable<T&> Body>
+    void modify(Body&& body) {
+        T value = box_->value;
+        std::forward<Body>(body)(value);
+        setValue(std::move(value));
+    }
+
+    void addObserver(const ObserverReference& observer, bool removeIfExists, ObservableOptions options,
+                     Closure closure) override {
+        const std::shared_ptr<Box> box = box_;
+        if (removeIfExists) removeObserver(observer);
+        box->callbacks.add(observer, options, std::move(closure), box->value);
+    }
+
+    /// Also lets go of the debouncer that `addOnLastChangeObserver` keeps for `observer`; what waits there still fires.
+    void removeObserver(const ObserverReference& observer) override {
+        const std::shared_ptr<Box> box = box_;
+        box->callbacks.remove(observer);
+        detail::LastChangeDebouncers::shared().drop(observer);
+    }
+
+  private:
+    struct Box {
+        explicit Box(T initialValue) : value(std::move(initialValue)) {}
+
+        void assign(T newValue) {
+            const T oldValue = std::exchange(value, newValue);
+            callbacks.notify(ObservableOption::old, oldValue);
+            callbacks.notify(ObservableOption::new_, newValue);
+            if (callbacks.mayReact(ObservableOption::changed) && !(newValue == oldValue)) {
+                callbacks.notify(ObservableOption::changed, newValue);
+            }
+        }
+
+        T value;
+        detail::ObservableCallbacks<T, Closure> callbacks;
+    };
+
+    std::shared_ptr<Box> box_;
+};
+
+}  // namespace corvane

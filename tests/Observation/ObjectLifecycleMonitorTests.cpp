@@ -1,0 +1,49 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Observation/ObjectLifecycleMonitor.hpp>
+
+namespace {
+
+struct View {
+    virtual ~View() = default;
+};
+
+struct ListView final : View {};
+
+struct Described {
+    [[nodiscard]] std::string description() const { return "a page\nof two lines"; }
+};
+
+std::string printed() {
+    ::testing::internal::CaptureStdout();
+    corvane::ObjectLifecycleMonitor::printAliveObjects();
+    return ::testing::internal::GetCapturedStdout();
+}
+
+}  // namespace
+
+TEST(ObjectLifecycleMonitor, PrintsWhatIsStillThere) {
+    std::shared_ptr<View> view = std::make_shared<ListView>();
+    auto described = std::make_shared<const Described>();
+    auto gone = std::make_shared<int>(1);
+    corvane::ObjectLifecycleMonitor::add(gone);
+    corvane::ObjectLifecycleMonitor::add(view);
+    corvane::ObjectLifecycleMonitor::add(described);
+    gone.reset();
+    EXPECT_THAT(printed(), ::testing::MatchesRegex("\\(anonymous namespace\\)::ListView: 0x[0-9a-f]+\n"
+                                                   "a page of two lines\n"));
+    EXPECT_EQ(corvane::ObjectLifecycleMonitor::objects().size(), 2U);
+    view.reset();
+    described.reset();
+    EXPECT_EQ(printed(), "");
+    EXPECT_TRUE(corvane::ObjectLifecycleMonitor::objects().empty());
+
+    for (int i = 0; i < 1000; ++i)
+        corvane::ObjectLifecycleMonitor::add(std::make_shared<int>(i));
+    EXPECT_LT(corvane::ObjectLifecycleMonitor::objects().size(), 100U) << "those that have gone make room";
+}
