@@ -40,7 +40,12 @@
 #include <Corvane/Decoding/DirectOrderedDictionaryDecoder.hpp>
 #include <Corvane/Decoding/DynamicKey.hpp>
 #include <Corvane/Decoding/IntValue.hpp>
+#include <Corvane/Decoding/JSONUtils.hpp>
+#include <Corvane/Decoding/JWTUtils.hpp>
+#include <Corvane/Decoding/ModelBuilderError.hpp>
+#include <Corvane/Decoding/NSDictionaryInitialisable.hpp>
 #include <Corvane/Decoding/OrderedDictionaryKey.hpp>
+#include <Corvane/Decoding/SimpleDataProcessing.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequestData.hpp>
@@ -170,6 +175,7 @@
 #include <Corvane/Platform/Notifications/NotificationObservation.hpp>
 #include <Corvane/Platform/PlatformError.hpp>
 #include <Corvane/Platform/Text/Base64.hpp>
+#include <Corvane/Platform/Text/LocalizedString.hpp>
 #include <Corvane/Platform/Text/NumberText.hpp>
 #include <Corvane/Platform/UnfairLock.hpp>
 #include <Corvane/Platform/UniqueFunction.hpp>
