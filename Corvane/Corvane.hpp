@@ -51,8 +51,10 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequestData.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiResponse.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/APICacheProtocol.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/APIDataCache.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCache.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCacheProvider.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCacheRecord.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ClientAPIError.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/ApiDataProvider.hpp>
@@ -65,7 +67,10 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/ErrorEventTracker.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManager.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManagerResult.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Retry/APIAutoRetry.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Retry/APIAutoRetryHandler.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Retry/RetryHandler.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/Retry/TYAutoRetryResult.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
