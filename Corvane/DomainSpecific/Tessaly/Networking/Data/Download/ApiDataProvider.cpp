@@ -5,6 +5,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/ApiDataProvider.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/Private/ApiResponseRules.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
+#include <Corvane/Platform/Dispatch/Continuation.hpp>
 #include <Corvane/Platform/Text/Private/RandomUUIDText.hpp>
 
 namespace corvane {
@@ -62,6 +63,23 @@ void ApiDataProvider::loadCachedData(std::shared_ptr<const ApiRequest> request, 
     start(std::move(request), std::move(context), true, std::move(callback));
 }
 
+Task<ApiResponse> ApiDataProvider::loadData(std::shared_ptr<const ApiRequest> request, std::string context) {
+    return await(shared_from_this(), std::move(request), std::move(context), false);
+}
+
+Task<ApiResponse> ApiDataProvider::loadCachedData(std::shared_ptr<const ApiRequest> request, std::string context) {
+    return await(shared_from_this(), std::move(request), std::move(context), true);
+}
+
+Task<ApiResponse> ApiDataProvider::await(std::shared_ptr<ApiDataProvider> self,
+                                         std::shared_ptr<const ApiRequest> request, std::string context,
+                                         bool isCached) {
+    co_return co_await withContinuation<ApiResponse>([&](const Continuation<ApiResponse>& continuation) {
+        self->start(std::move(request), std::move(context), isCached,
+                    [continuation](ApiResponse response) { continuation.resume(std::move(response)); });
+    });
+}
+
 void ApiDataProvider::cancelLoadRequest(std::string context) {
     syncQueue_->async([self = shared_from_this(), context = std::move(context)] {
         const auto task = self->removeTask(context);
@@ -107,13 +125,13 @@ void ApiDataProvider::deliver(ApiResponse response, const ApiRequest& request, b
         context);
 }
 
-ApiDataProvider::Task ApiDataProvider::removeTask(const std::string& context) {
+ApiDataProvider::DataTask ApiDataProvider::removeTask(const std::string& context) {
     const std::lock_guard guard(tasksLock_);
     auto entry = tasks_.extract(context);
     return entry ? std::move(entry.mapped()) : nullptr;
 }
 
-void ApiDataProvider::storeTask(const std::string& context, Task task) {
+void ApiDataProvider::storeTask(const std::string& context, DataTask task) {
     const std::lock_guard guard(tasksLock_);
     tasks_.insert_or_assign(context, std::move(task));
 }

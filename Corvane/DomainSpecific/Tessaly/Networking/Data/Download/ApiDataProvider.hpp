@@ -10,6 +10,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Export.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Task.hpp>
 #include <Corvane/Platform/HTTP/URLSessionDataTask.hpp>
 #include <Corvane/Platform/UnfairLock.hpp>
 #include <Corvane/Platform/UniqueFunction.hpp>
@@ -57,6 +58,11 @@ class CORVANE_EXPORT ApiDataProvider final : public std::enable_shared_from_this
     /// response in which everything is absent. All else is as on the plain road.
     void loadCachedData(std::shared_ptr<const ApiRequest> request, std::string context, Callback callback);
 
+    /// The same two, awaited: on whatever executor, and lazily. Cancelling the task that waits does not cancel the
+    /// load.
+    [[nodiscard]] Task<ApiResponse> loadData(std::shared_ptr<const ApiRequest> request, std::string context);
+    [[nodiscard]] Task<ApiResponse> loadCachedData(std::shared_ptr<const ApiRequest> request, std::string context);
+
     /// Cancels the load that runs for `context`, if there is one and it was started by an earlier call.
     ///
     /// A replaced load that completes late deliberately takes its successor off the provider's books: that one goes on
@@ -67,24 +73,26 @@ class CORVANE_EXPORT ApiDataProvider final : public std::enable_shared_from_this
     [[nodiscard]] const std::shared_ptr<DispatchQueue>& syncQueue() const noexcept { return syncQueue_; }
 
   private:
-    using Task = std::shared_ptr<URLSessionDataTask>;
+    using DataTask = std::shared_ptr<URLSessionDataTask>;
 
     class Load;
 
     ApiDataProvider(std::shared_ptr<SimpleHttpManager> httpManager, std::shared_ptr<DataCache> dataCache);
 
+    static Task<ApiResponse> await(std::shared_ptr<ApiDataProvider> self, std::shared_ptr<const ApiRequest> request,
+                                   std::string context, bool isCached);
     void start(std::shared_ptr<const ApiRequest> request, std::string context, bool isCached, Callback callback);
     void run(const std::shared_ptr<Load>& load);
     void deliver(ApiResponse response, const ApiRequest& request, bool isCached, Callback callback) const;
-    [[nodiscard]] Task removeTask(const std::string& context);
-    void storeTask(const std::string& context, Task task);
+    [[nodiscard]] DataTask removeTask(const std::string& context);
+    void storeTask(const std::string& context, DataTask task);
 
     const std::shared_ptr<SimpleHttpManager> httpManager_;
     const std::shared_ptr<DataCache> dataCache_;
     const std::shared_ptr<DispatchQueue> syncQueue_;
     // Not the queue's alone: completions come on the queue of the session.
     UnfairLock tasksLock_;
-    std::unordered_map<std::string, Task> tasks_;
+    std::unordered_map<std::string, DataTask> tasks_;
 };
 
 }  // namespace corvane
