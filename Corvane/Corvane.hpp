@@ -42,9 +42,11 @@
 #include <Corvane/Decoding/IntValue.hpp>
 #include <Corvane/Decoding/JSONUtils.hpp>
 #include <Corvane/Decoding/JWTUtils.hpp>
+#include <Corvane/Decoding/KeyConversion.hpp>
 #include <Corvane/Decoding/ModelBuilderError.hpp>
 #include <Corvane/Decoding/NSDictionaryInitialisable.hpp>
 #include <Corvane/Decoding/OrderedDictionaryKey.hpp>
+#include <Corvane/Decoding/RecursiveDescription.hpp>
 #include <Corvane/Decoding/SimpleDataProcessing.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiRequest.hpp>

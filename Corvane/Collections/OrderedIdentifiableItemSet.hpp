@@ -12,6 +12,7 @@
 
 #include <Corvane/Collections/Identifiable.hpp>
 #include <Corvane/Collections/Lift.hpp>
+#include <Corvane/Platform/Collections/SeededHash.hpp>
 #include <Corvane/Platform/FatalError.hpp>
 
 namespace corvane {
@@ -89,7 +90,7 @@ class OrderedIdentifiableItemSet {
     /// deliberately listed once for each of them.
     void replaceExistingItems(std::vector<Item> newItems) {
         std::vector<ID> identifiers;
-        std::unordered_map<ID, Item> items;
+        std::unordered_map<ID, Item, SeededHash<ID>> items;
         identifiers.reserve(newItems.size());
         items.reserve(newItems.size());
         for (Item& item : newItems) {
@@ -135,7 +136,7 @@ class OrderedIdentifiableItemSet {
     }
 
     std::vector<ID> orderedIdentifiers_;
-    std::unordered_map<ID, Item> items_;
+    std::unordered_map<ID, Item, SeededHash<ID>> items_;
 };
 
 }  // namespace corvane

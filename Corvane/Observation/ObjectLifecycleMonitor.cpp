@@ -1,14 +1,12 @@
-#include <cxxabi.h>
-
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
 
 #include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <Corvane/Observation/ObjectLifecycleMonitor.hpp>
+#include <Corvane/Platform/Private/TypeName.hpp>
 
 namespace corvane {
 
@@ -26,10 +24,7 @@ void dropGone() {
 }  // namespace
 
 std::string detail::describeObject(const std::type_info& type, const void* address) {
-    int status = 0;
-    const std::unique_ptr<char, void (*)(void*)> name(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
-                                                      &std::free);
-    return fmt::format(FMT_COMPILE("{}: {}"), name != nullptr ? name.get() : type.name(), address);
+    return fmt::format(FMT_COMPILE("{}: {}"), typeName(type), address);
 }
 
 void ObjectLifecycleMonitor::add(WeakObjectWrapper object) {

@@ -1,22 +1,8 @@
-#include <cxxabi.h>
-
-#include <cstdlib>
-
 #include <Corvane/Platform/AnyError.hpp>
 #include <Corvane/Platform/Private/GenericErrorText.hpp>
+#include <Corvane/Platform/Private/TypeName.hpp>
 
 namespace corvane {
-
-namespace {
-
-std::string readableName(const std::type_info& type) {
-    int status = 0;
-    const std::unique_ptr<char, decltype(&std::free)> name(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
-                                                           &std::free);
-    return name ? name.get() : type.name();
-}
-
-}  // namespace
 
 AnyError::Box::~Box() = default;
 
@@ -27,7 +13,7 @@ std::string AnyError::localizedDescription() const {
 
 std::string AnyError::domain() const {
     if (auto domain = box_->domain()) return *std::move(domain);
-    return readableName(box_->type());
+    return typeName(box_->type());
 }
 
 }  // namespace corvane
