@@ -111,6 +111,7 @@
 #include <Corvane/Platform/Dates/Date.hpp>
 #include <Corvane/Platform/Dates/DateComponents.hpp>
 #include <Corvane/Platform/Dates/DateFormatter.hpp>
+#include <Corvane/Platform/Dates/Locale.hpp>
 #include <Corvane/Platform/Dates/TimeZone.hpp>
 #include <Corvane/Platform/Dispatch/Actor.hpp>
 #include <Corvane/Platform/Dispatch/CancellationError.hpp>

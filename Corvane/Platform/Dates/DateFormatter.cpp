@@ -1,61 +1,83 @@
-#include <algorithm>
-#include <array>
-#include <cstddef>
+#include <utility>
 
 #include <Corvane/Platform/Dates/DateFormatter.hpp>
+#include <Corvane/Platform/Dates/Private/DatePattern.hpp>
+#include <Corvane/Platform/Dates/Private/HTTPDate.hpp>
+#include <Corvane/Platform/Dates/Private/ICUPattern.hpp>
+#include <Corvane/Platform/Dates/Private/ZoneAccess.hpp>
 
 namespace corvane {
 
-namespace {
+/// A compiled pattern: ours, or ICU's where it says more than ours can.
+struct DateFormatter::Form {
+    std::optional<DatePattern> pattern;
+    std::unique_ptr<const ICUPattern> fallback;
+    bool readsHTTPDates = false;
+};
 
-// 'd' stands for a digit and 'a' for anything; the names are looked up.
-constexpr std::string_view httpDateShape = "aaa, dd aaa dddd dd:dd:dd aaa";
-
-constexpr std::array<std::string_view, 7> weekdays = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-constexpr std::array<std::string_view, 12> months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                                     "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-constexpr bool isOfShape(std::string_view text, std::string_view shape) noexcept {
-    return std::ranges::equal(text, shape, [](char c, char expected) {
-        if (expected == 'a') return true;
-        return expected == 'd' ? c >= '0' && c <= '9' : c == expected;
-    });
+DateFormatter::DateFormatter(std::string_view dateFormat, std::optional<Locale> locale, std::optional<TimeZone> zone)
+    : dateFormat_(dateFormat), locale_(std::move(locale)), zone_(zone) {
+    compile();
 }
-
-constexpr unsigned number(std::string_view digits) noexcept {
-    unsigned value = 0;
-    for (const char digit : digits)
-        value = 10 * value + static_cast<unsigned>(digit - '0');
-    return value;
-}
-
-}  // namespace
 
 const DateFormatter& DateFormatter::httpDate() noexcept {
-    static constexpr DateFormatter formatter;
+    static const auto& formatter = [&]() -> const DateFormatter& {
+        auto& made = *new DateFormatter("EEE, dd MMM yyyy HH:mm:ss 'GMT'", Locale("en_US_POSIX"), TimeZone::utc());
+        auto form = std::make_shared<Form>();
+        form->pattern = made.form_->pattern;
+        form->readsHTTPDates = true;
+        made.form_ = std::move(form);
+        return made;
+    }();
     return formatter;
 }
 
-std::optional<Date> DateFormatter::date(std::optional<std::string_view> text) const noexcept {
-    if (!text || !isOfShape(*text, httpDateShape)) return std::nullopt;
-    const auto part = [&](std::size_t from, std::size_t length) { return text->substr(from, length); };
+void DateFormatter::setDateFormat(std::string_view dateFormat) {
+    dateFormat_ = dateFormat;
+    compile();
+}
 
-    const auto* const month = std::ranges::find(months, part(8, 3));
-    const auto zone = part(26, 3);
-    if (month == months.end() || std::ranges::find(weekdays, part(0, 3)) == weekdays.end()) return std::nullopt;
-    if (zone != "GMT" && zone != "UTC") return std::nullopt;
+void DateFormatter::setLocale(std::optional<Locale> locale) {
+    locale_ = std::move(locale);
+    compile();
+}
 
-    const std::chrono::year_month_day day(std::chrono::year(static_cast<int>(number(part(12, 4)))),
-                                          std::chrono::month(static_cast<unsigned>(month - months.begin()) + 1),
-                                          std::chrono::day(number(part(5, 2))));
-    const unsigned hour = number(part(17, 2));
-    const unsigned minute = number(part(20, 2));
-    const unsigned second = number(part(23, 2));
-    const bool isLeapSecond = hour == 23 && minute == 59 && second == 60;
-    if (!day.ok() || hour > 23 || minute > 59 || (second > 59 && !isLeapSecond)) return std::nullopt;
+void DateFormatter::setCalendar(std::optional<Calendar> calendar) {
+    calendar_ = calendar;
+    compile();
+}
 
-    return std::chrono::sys_days(day) + std::chrono::hours(hour) + std::chrono::minutes(minute) +
-           std::chrono::seconds(second);
+void DateFormatter::compile() {
+    auto form = std::make_shared<Form>();
+    auto symbols = LocaleSymbols::of(locale());
+    if (symbols->hasLatinDigits && (calendar_ || symbols->hasGregorianCalendar))
+        form->pattern = DatePattern::compile(dateFormat_, std::move(symbols));
+    if (!form->pattern) form->fallback = std::make_unique<ICUPattern>(dateFormat_, locale(), calendar_);
+    form_ = std::move(form);
+}
+
+std::string DateFormatter::string(Date date) const {
+    const double seconds = date.time_since_epoch().count();
+    if (!civil::isInstant(seconds)) return {};
+    const TimeZone zone = timeZone();
+    if (!form_->pattern) return form_->fallback->format(seconds, zone);
+    auto moment = form_->pattern->moment(seconds);
+    moment.seconds += ZoneAccess::offset(zone, moment.seconds);
+    return form_->pattern->format(moment);
+}
+
+std::optional<Date> DateFormatter::date(std::optional<std::string_view> text) const {
+    if (!text) return std::nullopt;
+    const auto instant = [](double seconds) { return Date(std::chrono::duration<double>(seconds)); };
+    if (form_->readsHTTPDates) {
+        return parseHTTPDate(*text).transform(
+            [&](std::int64_t seconds) { return instant(static_cast<double>(seconds)); });
+    }
+    if (!form_->pattern) return form_->fallback->parse(*text, timeZone()).transform(instant);
+    return form_->pattern->parse(*text).transform([&](DatePattern::Moment local) {
+        return instant(static_cast<double>(ZoneAccess::resolve(timeZone(), local.seconds).seconds) +
+                       local.milliseconds / 1000.0);
+    });
 }
 
 }  // namespace corvane
