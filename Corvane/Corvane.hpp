@@ -11,10 +11,16 @@
 #include <Corvane/Collections/Predicates.hpp>
 #include <Corvane/Concurrency/AutoRefreshablePage.hpp>
 #include <Corvane/Concurrency/AutorefreshUpdaterProtocol.hpp>
+#include <Corvane/Concurrency/CommandByIsolationType.hpp>
+#include <Corvane/Concurrency/CommandContext.hpp>
+#include <Corvane/Concurrency/CommandID.hpp>
+#include <Corvane/Concurrency/CommandWith.hpp>
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
 #include <Corvane/Concurrency/DispatchGroupIdentifiable.hpp>
 #include <Corvane/Concurrency/DispatchGroupNotifier.hpp>
+#include <Corvane/Concurrency/EventDebouncer.hpp>
 #include <Corvane/Concurrency/EventRegulator.hpp>
+#include <Corvane/Concurrency/EventThrottler.hpp>
 #include <Corvane/Concurrency/PageAutoRefresher.hpp>
 #include <Corvane/Concurrency/PeriodicalRepeatScheduler.hpp>
 #include <Corvane/Concurrency/PreConcurrencyEventDebouncer.hpp>
