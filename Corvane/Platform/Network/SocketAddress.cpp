@@ -38,6 +38,13 @@ bool SocketAddress::isLinkLocal() const noexcept {
     return bytes_[0] == 169 && bytes_[1] == 254;
 }
 
+bool SocketAddress::isLoopback() const noexcept {
+    if (!isIPv6()) return bytes_[0] == 127;
+    IPv6Bytes loopback{};
+    loopback.back() = 1;
+    return bytes_ == loopback;
+}
+
 std::string SocketAddress::description() const {
     char text[INET6_ADDRSTRLEN] = "";
     ::inet_ntop(static_cast<int>(family_), bytes_.data(), text, sizeof text);

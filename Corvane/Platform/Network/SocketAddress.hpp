@@ -57,6 +57,9 @@ class CORVANE_EXPORT SocketAddress {
     /// Whether it means something on one link only: 169.254.0.0/16 (RFC 3927), fe80::/10.
     [[nodiscard]] bool isLinkLocal() const noexcept;
 
+    /// Whether it means this machine: 127.0.0.0/8, ::1.
+    [[nodiscard]] bool isLoopback() const noexcept;
+
     /// "192.0.2.1:80", "[2001:db8::1]:443".
     [[nodiscard]] std::string description() const;
 

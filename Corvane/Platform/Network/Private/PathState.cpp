@@ -50,6 +50,12 @@ bool isWWAN(const LinkState& link) noexcept {
     return link.deviceType == "wwan" || link.kind == "wwan" || link.kind == "rmnet";
 }
 
+/// Whether an answer of the target reaches the address that the question came from. For want of a better one the
+/// kernel names ::1 or a link-local address, such as one that a machine gives itself when nobody else does.
+bool findsBackTo(const SocketAddress& source, const SocketAddress& target) noexcept {
+    return !source.isLoopback() && (!source.isLinkLocal() || target.isLinkLocal());
+}
+
 bool leadsSomewhere(std::uint8_t type) noexcept {
     return type == RTN_UNICAST || type == RTN_LOCAL || type == RTN_ANYCAST || type == RTN_BROADCAST ||
            type == RTN_MULTICAST;
@@ -136,8 +142,7 @@ NetworkFlags flagsOf(const SocketAddress& target, const std::optional<RouteState
     // The kernel goes on routing into a link that has lost its carrier, hence the look at it.
     constexpr std::uint32_t usable = IFF_UP | IFF_RUNNING;
     if (!link || (link->flags & usable) != usable) return {};
-    // From a link-local address, such as one that a machine gives itself when nobody else does, no answer finds back.
-    if (!route->source || (route->source->isLinkLocal() && !target.isLinkLocal())) return {};
+    if (!route->source || !findsBackTo(*route->source, target)) return {};
     if ((link->flags & IFF_POINTOPOINT) != 0) flags |= NetworkFlag::transientConnection;
     if (isWWAN(*link)) flags |= NetworkFlag::isWWAN;
     return flags;
