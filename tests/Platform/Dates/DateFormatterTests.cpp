@@ -11,7 +11,7 @@
 
 #include <Corvane/Platform/Dates/DateFormatter.hpp>
 
-#include "ZoneVariable.hpp"
+#include "tests/Support/ZoneVariable.hpp"
 
 namespace corvane {
 

@@ -15,7 +15,7 @@
 #include <Corvane/Platform/Dates/Private/ZoneFile.hpp>
 #include <Corvane/Platform/Dates/TimeZone.hpp>
 
-#include "ZoneVariable.hpp"
+#include "tests/Support/ZoneVariable.hpp"
 
 namespace corvane {
 

@@ -7,7 +7,7 @@
 #include <Corvane/Platform/Dates/Calendar.hpp>
 
 #include "OracleRun.hpp"
-#include "ZoneVariable.hpp"
+#include "tests/Support/ZoneVariable.hpp"
 
 namespace corvane {
 

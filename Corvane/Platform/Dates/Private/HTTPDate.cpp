@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -67,7 +68,7 @@ std::optional<std::int64_t> parseHTTPDate(std::string_view text) noexcept {
     const auto two = [&](std::size_t place) {
         const unsigned tens = static_cast<unsigned char>(bytes[place]) - unsigned{'0'};
         const unsigned ones = static_cast<unsigned char>(bytes[place + 1]) - unsigned{'0'};
-        isBroken |= (tens > 9) | (ones > 9);
+        isBroken |= std::max(tens, ones) > 9;
         return 10 * tens + ones;
     };
     const auto expect = [&](std::size_t place, char c) { isBroken |= bytes[place] != c; };
@@ -83,7 +84,7 @@ std::optional<std::int64_t> parseHTTPDate(std::string_view text) noexcept {
     const unsigned second = two(23);
     const unsigned month = months.find(bytes + 8);
     const std::uint32_t zone = packed(bytes + 26);
-    isBroken |= (zone != packed("GMT")) & (zone != packed("UTC"));
+    if (zone != packed("GMT") && zone != packed("UTC")) return std::nullopt;
     if (isBroken || month == 0 || weekdays.find(bytes) == 0 || !civil::isDay(year, month, day)) return std::nullopt;
     const bool isLeapSecond = hour == 23 && minute == 59 && second == 60;
     if (hour > 23 || minute > 59 || (second > 59 && !isLeapSecond)) return std::nullopt;

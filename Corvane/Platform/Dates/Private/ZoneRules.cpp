@@ -54,11 +54,13 @@ void ZoneRules::appendYears(const PosixZone& footer) {
         last == least ? firstRuleYear : civil::dayOf(civil::floorDivide(last, civil::secondsPerDay)).year;
     const auto append = [&](std::int64_t from, const PosixZone::Time& time, bool isDaylightSaving) {
         if (from <= last) return;
-        spans_.push_back({.from = from,
-                          .offset = time.offset,
-                          .daylightSaving = 0,
-                          .isDaylightSaving = isDaylightSaving,
-                          .abbreviation = time.abbreviation});
+        // A change may be due after the next year's first one.
+        spans_.insert(std::ranges::upper_bound(spans_, from, {}, &ZoneSpan::from),
+                      {.from = from,
+                       .offset = time.offset,
+                       .daylightSaving = 0,
+                       .isDaylightSaving = isDaylightSaving,
+                       .abbreviation = time.abbreviation});
     };
     // Two years beyond 400, as the first is covered in part, and a change may be due days before or after its year.
     const std::int64_t lastYear = firstYear + civil::yearsPerCycle + 2;
@@ -73,7 +75,6 @@ void ZoneRules::appendYears(const PosixZone& footer) {
             append(toDaylight, *footer.daylight, true);
         }
     }
-    std::ranges::stable_sort(spans_, {}, &ZoneSpan::from);
     end_ = newYear(lastYear);
 }
 
