@@ -88,12 +88,17 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpResponse.hpp>
 #include <Corvane/Export.hpp>
+#include <Corvane/Networking/API/APIRemoteProtocol.hpp>
+#include <Corvane/Networking/API/APIRepository.hpp>
 #include <Corvane/Networking/API/APIRepositoryCache.hpp>
 #include <Corvane/Networking/API/APIRepositoryError.hpp>
 #include <Corvane/Networking/API/APIRepositoryState.hpp>
+#include <Corvane/Networking/API/CommonAPI.hpp>
+#include <Corvane/Networking/API/CommonAPICore.hpp>
 #include <Corvane/Networking/API/CommonAPIError.hpp>
 #include <Corvane/Networking/API/FetchResultMetadata.hpp>
 #include <Corvane/Networking/API/ModelCache.hpp>
+#include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Networking/API/URLSessionAPIResponse.hpp>
 #include <Corvane/Observation/KeyPath.hpp>
 #include <Corvane/Observation/KeyPathBatchObservable.hpp>

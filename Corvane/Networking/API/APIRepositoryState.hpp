@@ -27,64 +27,86 @@ class APIRepositoryState {
     APIRepositoryState(double maxCachePeriod, double minCachePeriod) noexcept
         : minCachePeriod_(minCachePeriod), maxCachePeriod_(maxCachePeriod) {}
 
-    /// Answers `callback` from the cache before it returns, or lets it wait for the running fetch. True when no fetch
-    /// is running: the caller has to run one and to report it with `finishFetch`.
+    [[nodiscard]] double minCachePeriod() const noexcept { return minCachePeriod_; }
+
+    [[nodiscard]] double maxCachePeriod() const noexcept { return maxCachePeriod_; }
+
+    /// Answers `callback` from the cache before it returns, or lets it wait for a fetch. True when none is running: the
+    /// caller has to run one and to report it with `finishFetch`.
     [[nodiscard]] bool admit(bool useCache, Callback callback) {
-        if (!callback) callback = [](const Result&, const FetchResultMetadata&) {};
         std::optional<Cache> served;
         {
             const std::lock_guard guard(lock_);
             if (cache_ && (useCache || cache_->isNewLaid()) && !cache_->isOutdated()) {
                 served = cache_;
+            } else if (isSuperseded_) {
+                if (waitingForNext_.empty()) nextUseCache_ = useCache;
+                waitingForNext_.push_back(std::move(callback));
+                return false;
             } else {
                 waiting_.push_back(std::move(callback));
                 return !std::exchange(isFetching_, true);
             }
         }
-        callback(std::move(served->data), {.cachedDataRequested = useCache,
+        const FetchResultMetadata metadata{.cachedDataRequested = useCache,
                                            .cachedDataReturned = true,
-                                           .cacheCreationTimestamp = served->creationTimestamp});
+                                           .cacheCreationTimestamp = served->creationTimestamp};
+        if (callback) callback(std::move(served->data), metadata);
         return false;
     }
 
-    /// Ends the fetch that `admit` asked for. Keeps its model, and answers who waits on the calling thread, the latest
-    /// first; also those who come while it does. With the last answer no fetch is running any more.
-    void finishFetch(bool useCache, const Result& result) {
-        FetchResultMetadata metadata{.cachedDataRequested = useCache};
-        if (result) {
-            const Cache entry(*result, minCachePeriod_, maxCachePeriod_);
-            metadata.cacheCreationTimestamp = entry.creationTimestamp;
-            setCache(entry);
-        } else {
-            const std::lock_guard guard(lock_);
-            if (cache_) metadata.cacheCreationTimestamp = cache_->creationTimestamp;
+    /// Ends the fetch that `admit`, or the end of the fetch before, asked for. Keeps its model, and answers who waits
+    /// on the calling thread, the latest first; also those who come while it does. With the last answer no fetch is
+    /// running any more, unless somebody waits for one after an `update`: then the caller has to run another one, with
+    /// the `useCache` that this gives.
+    [[nodiscard]] std::optional<bool> finishFetch(bool useCache, const Result& result) {
+        const FetchResultMetadata metadata{
+            .cachedDataRequested = useCache, .cachedDataReturned = false, .cacheCreationTimestamp = keep(result)};
+        std::optional<bool> next;
+        while (auto callback = takeLatest(next)) {
+            if (*callback) (*callback)(result, metadata);
         }
-        while (auto callback = takeLatest())
-            callback(result, metadata);
+        return next;
     }
 
-    void flush() { setCache(std::nullopt); }
+    /// What is asked from here on is not answered with an outcome that is there already: neither the one that a fetch
+    /// is just telling about, nor, when flushing, the cached model.
+    void update(bool flushingCache) {
+        std::optional<Cache> former;
+        const std::lock_guard guard(lock_);
+        isSuperseded_ = isAnswering_;
+        if (flushingCache) cache_.swap(former);
+    }
 
   private:
-    void setCache(std::optional<Cache> cache) {
-        // The former model ends with the argument, after the lock is released.
+    /// Gives when the cached model was made.
+    std::optional<double> keep(const Result& result) {
+        std::optional<Cache> entry;
+        if (result) entry.emplace(*result, minCachePeriod_, maxCachePeriod_);
+        // The former model ends after the lock is released.
         const std::lock_guard guard(lock_);
-        cache_.swap(cache);
+        isAnswering_ = true;
+        if (entry) cache_.swap(entry);
+        return cache_ ? std::optional(cache_->creationTimestamp) : std::nullopt;
     }
 
-    /// An empty one when nobody is waiting; then, in the same step, the fetch is no longer running, so that whoever
-    /// comes later starts another one instead of waiting for this.
-    [[nodiscard]] Callback takeLatest() {
+    /// Absent when nobody is waiting; then, in the same step, the fetch is no longer running, so that whoever
+    /// comes later does not wait for it, or the next one is.
+    [[nodiscard]] std::optional<Callback> takeLatest(std::optional<bool>& next) {
         std::vector<Callback> storage;
         const std::lock_guard guard(lock_);
-        if (waiting_.empty()) {
-            isFetching_ = false;
-            storage.swap(waiting_);
-            return {};
+        if (!waiting_.empty()) {
+            std::optional latest = std::move(waiting_.back());
+            waiting_.pop_back();
+            return latest;
         }
-        Callback latest = std::move(waiting_.back());
-        waiting_.pop_back();
-        return latest;
+        storage.swap(waiting_);
+        waiting_.swap(waitingForNext_);
+        isFetching_ = !waiting_.empty();
+        isAnswering_ = false;
+        isSuperseded_ = false;
+        if (isFetching_) next = nextUseCache_;
+        return std::nullopt;
     }
 
     const double minCachePeriod_;
@@ -93,6 +115,12 @@ class APIRepositoryState {
     std::optional<Cache> cache_;
     std::vector<Callback> waiting_;
     bool isFetching_ = false;
+    /// The fetch has its outcome, and is telling those who wait.
+    bool isAnswering_ = false;
+    /// There was an update since: who comes now waits for the next fetch.
+    bool isSuperseded_ = false;
+    std::vector<Callback> waitingForNext_;
+    bool nextUseCache_ = false;
 };
 
 }  // namespace corvane::detail

@@ -6,16 +6,6 @@
 
 namespace corvane {
 
-URLRequest remoteRequest(const RemoteIdentity& identity, URL url, const std::optional<std::string>& ifModifiedSince,
-                         std::optional<std::string> httpMethod, std::optional<Data> httpBody) {
-    URLRequest request(std::move(url), URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData, identity.timeout);
-    if (httpMethod) request.setHttpMethod(*std::move(httpMethod));
-    request.setHttpBody(std::move(httpBody));
-    request.setValue(identity.userAgent, HTTPHeaders::userAgent);
-    if (ifModifiedSince) request.addValue(*ifModifiedSince, HTTPHeaders::ifModifiedSince);
-    return request;
-}
-
 std::expected<URLSessionAPIResponse, CommonAPIError> remoteOutcome(std::optional<Data> data,
                                                                    const HTTPURLResponse* response,
                                                                    std::optional<AnyError> error) {

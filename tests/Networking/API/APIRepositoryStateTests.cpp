@@ -15,8 +15,9 @@ using State = detail::APIRepositoryState<int>;
 /// Asks for a model and fetches it on the spot if asked to; tells where it came from.
 FetchResultMetadata ask(State& state, bool useCache, State::Result fetched = std::make_shared<int>(1)) {
     FetchResultMetadata answer;
-    if (state.admit(useCache, [&answer](const auto&, const auto& metadata) { answer = metadata; }))
-        state.finishFetch(useCache, fetched);
+    const bool fetches = state.admit(useCache, [&answer](const auto&, const auto& metadata) { answer = metadata; });
+    const auto next = fetches ? state.finishFetch(useCache, fetched) : std::nullopt;
+    EXPECT_EQ(next, std::nullopt);
     return answer;
 }
 
@@ -59,9 +60,27 @@ TEST(APIRepositoryState, AnswersAllWhoWaitWithTheOneFetchTheLatestFirst) {
         EXPECT_FALSE(state.admit(false, asking('4'))) << "answered by the fetch that is being told about";
         EXPECT_FALSE(state.admit(true, asking('5'))) << "answered by the cache";
     }));
-    state.finishFetch(false, std::make_shared<int>(1));
+    EXPECT_EQ(state.finishFetch(false, std::make_shared<int>(1)), std::nullopt);
     EXPECT_EQ(order, "35421");
     EXPECT_TRUE(state.admit(false, asking('6'))) << "the next one starts another fetch";
+}
+
+TEST(APIRepositoryState, AnswersNobodyAfterAnUpdateWithWhatWasFetchedBefore) {
+    State state(60, 60);
+    std::vector<int> models;
+    const auto asking = [&](const State::Result& result, const auto&) { models.push_back(**result); };
+    EXPECT_TRUE(state.admit(false, asking));
+    EXPECT_FALSE(state.admit(false, [&](const auto&, const auto&) {
+        state.update(true);
+        EXPECT_FALSE(state.admit(true, asking));
+        EXPECT_FALSE(state.admit(false, asking));
+    }));
+    EXPECT_EQ(state.finishFetch(false, std::make_shared<int>(1)), true)
+        << "the first of those who wait wants it cached";
+    EXPECT_EQ(models, std::vector{1});
+    EXPECT_FALSE(state.admit(true, asking)) << "one fetch at a time";
+    EXPECT_EQ(state.finishFetch(true, std::make_shared<int>(2)), std::nullopt);
+    EXPECT_EQ(models, (std::vector{1, 2, 2, 2}));
 }
 
 TEST(APIRepositoryState, KeepsTheModelThroughAFailureAndLosesItByFlushing) {
@@ -70,7 +89,7 @@ TEST(APIRepositoryState, KeepsTheModelThroughAFailureAndLosesItByFlushing) {
     const auto made = ask(state, true).cacheCreationTimestamp;
     EXPECT_EQ(ask(state, false, failure), (FetchResultMetadata{false, false, made}));
     EXPECT_TRUE(ask(state, true).cachedDataReturned);
-    state.flush();
+    state.update(true);
     EXPECT_EQ(ask(state, true, failure), (FetchResultMetadata{true, false, std::nullopt}));
 }
 

@@ -50,14 +50,6 @@ TEST(RemoteExchange, PassesTheFieldsOnByteForByteAndKnowsThemByTheirExactNames) 
                                    {{"Last-Modified", "yesterday,  \xE9"}, {"date", "Fri, 15 Mar 2024 12:00:00 GMT"}});
     EXPECT_EQ(remoteOutcome(std::nullopt, &response, {}),
               (URLSessionAPIResponse{.data = Data(), .lastModified = "yesterday,  \xE9", .timeStamp = std::nullopt}));
-
-    const URLRequest request = remoteRequest({7, "app/1"}, *URL::parse(url), "yesterday,  \xE9", {}, Data("x"));
-    URLRequest expected(*URL::parse(url), URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData, 7);
-    expected.setHttpBody(Data("x"));
-    expected.setValue("app/1", "User-Agent");
-    expected.setValue("yesterday,  \xE9", "If-Modified-Since");
-    EXPECT_EQ(request, expected);
-    EXPECT_EQ(remoteRequest({7, "app/1"}, *URL::parse(url), {}, "PUT", {}).httpMethod(), "PUT");
 }
 
 }  // namespace
