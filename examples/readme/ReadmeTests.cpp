@@ -22,15 +22,17 @@ std::string outputFor(const std::string& url) {
     return pclose(program) == 0 ? output : output + "(failed)";
 }
 
-TEST(Readme, ShowsAProgramThatPrintsADocumentOrWhyNot) {
+TEST(Readme, ShowsAProgramThatPrintsAModelOrWhyNot) {
     LoopbackServer server;
-    server.route("GET", "/fixtures", LoopbackResponse::json(R"([{"home": "Rovers"}])"));
+    server.route("GET", "/table", LoopbackResponse::json(R"({"season": 2026, "leader": {"name": "Rovers"}})"));
+    server.route("GET", "/empty", LoopbackResponse::json("{}"));
 
-    EXPECT_EQ(outputFor(server.url("/fixtures")), "[{\"home\": \"Rovers\"}]\n");
+    EXPECT_EQ(outputFor(server.url("/table")), "Rovers\n");
+    EXPECT_THAT(outputFor(server.url("/empty")), StartsWith("Decoding Error: ("));
+    EXPECT_EQ(outputFor("no URL"), "Invalid URL\n");
 
     server.refuseConnections();
-    EXPECT_THAT(outputFor(server.url("/fixtures")), StartsWith("Could not connect to the server."));
-    EXPECT_EQ(outputFor("no URL"), "The operation couldn’t be completed. (Invalid URL error 999.)\n");
+    EXPECT_THAT(outputFor(server.url("/table")), StartsWith("URL Session Error: "));
 }
 
 }  // namespace

@@ -2,15 +2,20 @@
 
 #include <Corvane/Corvane.hpp>
 
+struct Team {
+    std::string name;
+};
+
+struct Table {
+    Team leader;
+};
+
 int main(int argc, char** argv) {
     using namespace corvane;
-    const auto request = SimpleHttpRequest::make({.url = URL::parse(argc > 1 ? argv[1] : "http://localhost/fixtures")});
-    SimpleHttpManager::sharedInstance()->request(request, [](const SimpleHttpResponse& response) {
-        asyncOnMain([response] {
-            if (response.error()) std::cerr << response.error()->localizedDescription() << '\n';
-            if (response.data()) std::cout << response.data()->text() << '\n';
-            RunLoop::main().stop();
-        });
+    const auto api = std::make_shared<CommonAPI<Table>>(std::make_shared<URLSessionAPIRemote>(nullptr, 30, "readme"));
+    api->update(URL::parse(argc > 1 ? argv[1] : "http://localhost/table"));
+    runBlocking([repository = APIRepository(api, 3600, 60)]() -> Task<> {
+        const auto answer = co_await repository.fetchData(true);
+        std::cout << (answer ? answer->model->leader.name : answer.error().errorDescription()) << '\n';
     });
-    RunLoop::main().run();
 }
