@@ -96,8 +96,11 @@
 #include <Corvane/Networking/API/CommonAPI.hpp>
 #include <Corvane/Networking/API/CommonAPICore.hpp>
 #include <Corvane/Networking/API/CommonAPIError.hpp>
+#include <Corvane/Networking/API/Connection.hpp>
 #include <Corvane/Networking/API/FetchResultMetadata.hpp>
 #include <Corvane/Networking/API/ModelCache.hpp>
+#include <Corvane/Networking/API/Reachability.hpp>
+#include <Corvane/Networking/API/ReachabilityError.hpp>
 #include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Networking/API/URLSessionAPIResponse.hpp>
 #include <Corvane/Observation/KeyPath.hpp>
@@ -195,6 +198,11 @@
 #include <Corvane/Platform/Logging/Logger.hpp>
 #include <Corvane/Platform/Logging/Logging.hpp>
 #include <Corvane/Platform/Logging/StandardErrorSink.hpp>
+#include <Corvane/Platform/Network/NetworkFlags.hpp>
+#include <Corvane/Platform/Network/NetworkPath.hpp>
+#include <Corvane/Platform/Network/NetworkPathError.hpp>
+#include <Corvane/Platform/Network/NetworkPathService.hpp>
+#include <Corvane/Platform/Network/SocketAddress.hpp>
 #include <Corvane/Platform/Notifications/Notification.hpp>
 #include <Corvane/Platform/Notifications/NotificationCenter.hpp>
 #include <Corvane/Platform/Notifications/NotificationObservation.hpp>

@@ -6,13 +6,12 @@
 #include <expected>
 #include <iterator>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <Corvane/Collections/Identifiable.hpp>
 #include <Corvane/Collections/Lift.hpp>
-#include <Corvane/Platform/Collections/SeededHash.hpp>
+#include <Corvane/Platform/Collections/OrderedDictionary.hpp>
 #include <Corvane/Platform/FatalError.hpp>
 
 namespace corvane {
@@ -25,7 +24,8 @@ namespace corvane {
 ///
 /// The list of identifiers and the items behind them are kept side by side, and some operations let them differ on
 /// purpose: an identifier may stand in the list several times, or without an item. A value: copies are independent. One
-/// thread at a time. Items that are returned live until the set is changed or ends.
+/// thread at a time. Items must be movable without throwing; those that are returned live until the set is changed or
+/// ends.
 ///
 /// Looking up takes constant time, and so does appending; what inserts or removes elsewhere takes time in proportion to
 /// the number of items.
@@ -59,10 +59,7 @@ class OrderedIdentifiableItemSet {
     [[nodiscard]] std::size_t count() const noexcept { return orderedIdentifiers_.size(); }
 
     /// The item with the identifier, listed or not; null without one.
-    [[nodiscard]] const Item* itemFor(const ID& id) const {
-        const auto found = items_.find(id);
-        return found != items_.end() ? &found->second : nullptr;
-    }
+    [[nodiscard]] const Item* itemFor(const ID& id) const { return items_.find(id); }
 
     /// The item whose identifier is listed at `index`; null for an index outside the list, or without an item.
     [[nodiscard]] const Item* itemAt(std::integral auto index) const {
@@ -90,12 +87,12 @@ class OrderedIdentifiableItemSet {
     /// deliberately listed once for each of them.
     void replaceExistingItems(std::vector<Item> newItems) {
         std::vector<ID> identifiers;
-        std::unordered_map<ID, Item, SeededHash<ID>> items;
+        OrderedDictionary<ID, Item> items;
         identifiers.reserve(newItems.size());
         items.reserve(newItems.size());
         for (Item& item : newItems) {
             identifiers.push_back(detail::identifier(item));
-            items.try_emplace(identifiers.back(), std::move(item));
+            items.tryEmplace(identifiers.back(), std::move(item));
         }
         orderedIdentifiers_ = std::move(identifiers);
         items_ = std::move(items);
@@ -105,7 +102,7 @@ class OrderedIdentifiableItemSet {
     /// without an item.
     void removeItemFor(const ID& id) {
         const ID removed = id;  // It may be one of those that are about to go.
-        items_.erase(removed);
+        items_.remove(removed);
         const auto place = std::ranges::find(orderedIdentifiers_, removed);
         if (place != orderedIdentifiers_.end()) orderedIdentifiers_.erase(place);
     }
@@ -114,21 +111,29 @@ class OrderedIdentifiableItemSet {
     void removeItemAt(std::integral auto index) {
         const ID* id = lift(orderedIdentifiers_, index);
         if (id == nullptr) return;
-        items_.erase(*id);
+        items_.remove(*id);
         orderedIdentifiers_.erase(orderedIdentifiers_.begin() + (id - orderedIdentifiers_.data()));
     }
 
     /// Removes everything, and gives the memory back.
     void removeAll() noexcept { *this = OrderedIdentifiableItemSet(); }
 
-    [[nodiscard]] bool operator==(const OrderedIdentifiableItemSet&) const
+    /// Whether both list the same identifiers in the same order and hold equal items.
+    [[nodiscard]] bool operator==(const OrderedIdentifiableItemSet& other) const
         requires std::equality_comparable<Item>
-    = default;
+    {
+        const auto isInOther = [&other](const auto& entry) {
+            const Item* item = other.itemFor(entry.key);
+            return item != nullptr && *item == entry.value;
+        };
+        return orderedIdentifiers_ == other.orderedIdentifiers_ && items_.size() == other.items_.size() &&
+               std::ranges::all_of(items_, isInOther);
+    }
 
   private:
     std::expected<void, SetError> add(Item item, auto place) {
         const ID id = detail::identifier(item);
-        if (!items_.try_emplace(id, std::move(item)).second) {
+        if (!items_.tryEmplace(id, std::move(item)).second) {
             return std::unexpected(SetError::existingItemInsertionAttempt());
         }
         orderedIdentifiers_.insert(place(), id);
@@ -136,7 +141,7 @@ class OrderedIdentifiableItemSet {
     }
 
     std::vector<ID> orderedIdentifiers_;
-    std::unordered_map<ID, Item, SeededHash<ID>> items_;
+    OrderedDictionary<ID, Item> items_;
 };
 
 }  // namespace corvane

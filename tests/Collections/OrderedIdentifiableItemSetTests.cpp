@@ -38,7 +38,10 @@ TEST(OrderedIdentifiableItemSet, InsertsWhereItIsToldAndAtMostAtTheEnd) {
     EXPECT_EQ(teams.itemAt(-1), nullptr);
     EXPECT_EQ(teams.itemAt(teams.count()), nullptr);
 
-    const Teams copy = teams;
+    Teams copy;
+    copy.replaceExistingItems({{3, "three"}, {5, "five"}, {1, "one"}, {2, "two"}, {4, "four"}});
+    EXPECT_EQ(teams, copy);
+    copy = teams;
     const auto taken = Teams::SetError::existingItemInsertionAttempt();
     EXPECT_EQ(teams.append({1, "again"}).error(), taken);
     EXPECT_EQ(teams.insert({5, "again"}, -1).error(), taken);

@@ -137,7 +137,7 @@ class CORVANE_EXPORT TaskPromiseBase {
 
     void bind(TaskExecutor executor) {
         if (role_ == Role::bound) return;
-        context_ = new BoundTaskContext(std::move(executor));
+        context_ = new BoundTaskContext(executor ? std::move(executor) : DispatchQueue::global());
         role_ = Role::bound;
     }
 

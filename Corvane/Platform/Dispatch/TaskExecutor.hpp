@@ -13,15 +13,18 @@ namespace corvane {
 /// the same.
 class CORVANE_EXPORT TaskExecutor {
   public:
-    /// The shared pool: the global queue of the default class.
-    TaskExecutor() noexcept : TaskExecutor(DispatchQueue::global()) {}
+    /// No choice: the shared pool, as whoever asks for it sees fit.
+    TaskExecutor() noexcept = default;
 
     TaskExecutor(DispatchQueue& queue) noexcept;  // NOLINT(google-explicit-constructor)
 
-    /// `queue` must not be null.
     TaskExecutor(std::shared_ptr<DispatchQueue> queue) noexcept  // NOLINT(google-explicit-constructor)
         : queue_(std::move(queue)) {}
 
+    /// Whether a queue was chosen.
+    explicit operator bool() const noexcept { return queue_ != nullptr; }
+
+    /// The chosen queue.
     [[nodiscard]] DispatchQueue& queue() const noexcept { return *queue_; }
 
     friend bool operator==(const TaskExecutor& a, const TaskExecutor& b) noexcept { return a.queue_ == b.queue_; }

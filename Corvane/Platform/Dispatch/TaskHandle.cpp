@@ -22,7 +22,7 @@ std::string description(const std::exception_ptr& failure) {
 
 TaskExecutor executorFor(const TaskExecutor* bound, SpawnOptions& options) noexcept {
     if (bound != nullptr) return *bound;
-    if (options.executor) return std::move(*options.executor);
+    if (options.executor) return std::move(options.executor);
     return DispatchQueue::global(options.priority);
 }
 

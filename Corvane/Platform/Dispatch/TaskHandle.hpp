@@ -22,7 +22,7 @@ namespace corvane {
 /// How to start an unstructured task.
 struct SpawnOptions {
     /// Where it runs unless it is bound to an executor: the shared pool unless chosen.
-    std::optional<TaskExecutor> executor = std::nullopt;
+    TaskExecutor executor = {};
     /// The class of the pool; a higher class than an executor's own lifts the task there.
     QoSClass priority = QoSClass::unspecified;
 };

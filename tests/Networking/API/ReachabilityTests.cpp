@@ -1,0 +1,259 @@
+#include <atomic>
+#include <cerrno>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <Corvane/Networking/API/Reachability.hpp>
+#include <Corvane/Testing/LogRecorder.hpp>
+#include <Corvane/Testing/ScriptedPath.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
+
+namespace corvane {
+namespace {
+
+using testing::LogRecorder;
+using testing::ScriptedPath;
+using testing::VirtualClock;
+using Flag = NetworkFlag;
+using Step = ScriptedPath::Step;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class ReachabilityTest : public ::testing::Test {
+  protected:
+    /// Keeps what the callbacks are told.
+    void listen(Reachability& to) {
+        to.setWhenReachable([this](Reachability& now) { heard.emplace_back(now.currentReachabilityString()); });
+        to.setWhenUnreachable([this](Reachability& now) { heard.push_back("lost: " + now.description()); });
+    }
+
+    VirtualClock clock;
+    ScriptedPath network;
+    std::shared_ptr<Reachability> reachability = Reachability::make().value();
+    std::vector<std::string> heard;
+};
+
+TEST_F(ReachabilityTest, DerivesTheConnectionFromTheFlags) {
+    const struct {
+        NetworkFlags flags;
+        Connection connection;
+        Connection withoutCellular;
+        const char* text;
+    } cases[] = {
+        {NetworkFlags(), Connection::unavailable, Connection::unavailable, "-- -------"},
+        {Flag::isWWAN, Connection::unavailable, Connection::unavailable, "W- -------"},
+        {Flag::reachable | Flag::isWWAN, Connection::cellular, Connection::unavailable, "WR -------"},
+        {Flag::reachable | Flag::isWWAN | Flag::connectionRequired | Flag::interventionRequired, Connection::cellular,
+         Connection::unavailable, "WR c-i----"},
+        {Flag::reachable | Flag::isDirect | Flag::isLocalAddress, Connection::wifi, Connection::wifi, "-R -----ld"},
+        {Flag::reachable | Flag::transientConnection, Connection::wifi, Connection::wifi, "-R -t-----"},
+        {Flag::reachable | Flag::connectionRequired, Connection::unavailable, Connection::unavailable, "-R c------"},
+        {Flag::reachable | Flag::connectionRequired | Flag::connectionOnDemand, Connection::wifi, Connection::wifi,
+         "-R c---D--"},
+        {Flag::reachable | Flag::connectionRequired | Flag::connectionOnTraffic, Connection::wifi, Connection::wifi,
+         "-R c--C---"},
+        {Flag::reachable | Flag::connectionRequired | Flag::connectionOnDemand | Flag::interventionRequired,
+         Connection::unavailable, Connection::unavailable, "-R c-i-D--"},
+    };
+
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.text);
+        network.setFlags(each.flags);
+        const auto fresh = Reachability::make().value();
+        EXPECT_EQ(fresh->description(), "unavailable flags");
+        EXPECT_EQ(fresh->connection(), each.connection);
+        EXPECT_EQ(fresh->description(), each.text);
+        EXPECT_EQ(fresh->isReachable(), each.connection != Connection::unavailable);
+        EXPECT_EQ(fresh->isReachableViaWWAN(), each.connection == Connection::cellular);
+        EXPECT_EQ(fresh->isReachableViaWiFi(), each.connection == Connection::wifi);
+        fresh->setAllowsCellularConnection(false);
+        EXPECT_EQ(fresh->currentReachabilityStatus(), each.withoutCellular);
+    }
+}
+
+TEST_F(ReachabilityTest, HasTextsForUsers) {
+    EXPECT_EQ(description(Connection::none), "unavailable");
+    EXPECT_EQ(description(Connection::unavailable), "No Connection");
+    EXPECT_EQ(description(Connection::wifi), "WiFi");
+    EXPECT_EQ(description(Connection::cellular), "Cellular");
+    EXPECT_EQ(description(NetworkStatus::notReachable), "No Connection");
+    EXPECT_EQ(description(NetworkStatus::reachableViaWiFi), "WiFi");
+    EXPECT_EQ(description(NetworkStatus::reachableViaWWAN), "Cellular");
+}
+
+TEST_F(ReachabilityTest, TellsOfEachChangeOnce) {
+    const auto center = std::make_shared<NotificationCenter>();
+    reachability->setNotificationCenter(center);
+    std::vector<std::shared_ptr<Reachability>> objects;
+    const auto observation = center->addObserver(reachabilityChanged, [&](const Notification& notification) {
+        objects.push_back(notification.objectAs<Reachability>());
+    });
+    listen(*reachability);
+
+    ASSERT_TRUE(reachability->startNotifier());
+    ASSERT_TRUE(reachability->startNotifier());
+    EXPECT_TRUE(reachability->notifierRunning());
+    EXPECT_EQ(network.installations(), 1);
+    EXPECT_THAT(heard, IsEmpty()) << "callbacks come on the main queue";
+    for (const NetworkFlags flags : {NetworkFlags(Flag::reachable), NetworkFlags(), NetworkFlags(),
+                                     Flag::reachable | Flag::isWWAN, Flag::reachable | Flag::isWWAN}) {
+        network.report(flags);
+        clock.settle();
+    }
+    EXPECT_THAT(heard, ElementsAre("WiFi", "lost: -- -------", "Cellular"));
+    EXPECT_THAT(objects, ElementsAre(reachability, reachability, reachability));
+    objects.clear();
+
+    reachability->stopNotifier();
+    EXPECT_FALSE(reachability->notifierRunning());
+    EXPECT_EQ(network.watchedPaths(), 0);
+    network.report({});
+    clock.settle();
+    EXPECT_EQ(heard.size(), 3);
+}
+
+TEST_F(ReachabilityTest, FailsWithThePlatformsErrorNumberAndLeavesNothingInstalled) {
+    network.refuse(Step::createWithAddress, EMFILE);
+    EXPECT_EQ(Reachability::make().error(),
+              ReachabilityError::failedToCreateWithAddress(SocketAddress::zero(), EMFILE));
+    network.refuse(Step::createWithHostName, EPERM);
+    EXPECT_EQ(Reachability::make("example.com").error(),
+              ReachabilityError::failedToCreateWithHostname("example.com", EPERM));
+    EXPECT_EQ(Reachability::make("").error().description(), "failedToCreateWithHostname(\"\", 22)");
+
+    const struct {
+        Step step;
+        ReachabilityError error;
+    } cases[] = {
+        {Step::setCallback, ReachabilityError::unableToSetCallback(7)},
+        {Step::setDispatchQueue, ReachabilityError::unableToSetDispatchQueue(7)},
+        {Step::readFlags, ReachabilityError::unableToGetFlags(7)},
+    };
+
+    listen(*reachability);
+    for (const auto& [step, error] : cases) {
+        SCOPED_TRACE(error.description());
+        network.refuse(step, 7);
+        const auto started = reachability->startNotifier();
+        ASSERT_FALSE(started);
+        EXPECT_EQ(started.error(), error);
+        EXPECT_FALSE(reachability->notifierRunning());
+        network.allow(step);
+        network.report({});
+        clock.settle();
+        EXPECT_THAT(heard, IsEmpty());
+        EXPECT_EQ(reachability->reachabilityRef()->description(), "0.0.0.0:0 (no callback)");
+    }
+    EXPECT_TRUE(reachability->startNotifier()) << "a failed start does not spoil the next";
+}
+
+TEST_F(ReachabilityTest, SwallowsAFailedReadForAQuestionAndStops) {
+    network.refuse(Step::readFlags, ENOMEM);
+    EXPECT_EQ(reachability->connection(), Connection::unavailable);
+    EXPECT_FALSE(reachability->flags());
+
+    ASSERT_FALSE(reachability->startNotifier());
+    network.allow(Step::readFlags);
+    EXPECT_EQ(reachability->connection(), Connection::wifi);
+}
+
+TEST_F(ReachabilityTest, MayEndWhileAReportIsOnItsWay) {
+    listen(*reachability);
+    ASSERT_TRUE(reachability->startNotifier());
+    clock.settle();
+    heard.clear();
+    const auto path = reachability->reachabilityRef();
+    EXPECT_EQ(path->description(), "0.0.0.0:0 (-R -------)");
+
+    // On its way on the reachability queue, then on the main queue.
+    network.holdReports();
+    network.report({});
+    const std::weak_ptr<Reachability> weak = reachability;
+    reachability = nullptr;
+    EXPECT_TRUE(weak.expired()) << "what is on its way must not keep it alive";
+    network.releaseReports();
+    clock.settle();
+
+    auto other = Reachability::make("example.com").value();
+    listen(*other);
+    ASSERT_TRUE(other->startNotifier());
+    other->reachabilitySerialQueue()->sync([] {});
+    other = nullptr;
+    clock.settle();
+    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_EQ(network.watchedPaths(), 0);
+    EXPECT_EQ(path->description(), "0.0.0.0:0 (no callback)");
+}
+
+TEST_F(ReachabilityTest, AnswersInItsCallbacksOnItsOwnQueueAndMayEndThere) {
+    reachability = Reachability::make({.notificationQueue = nullptr}).value();
+    std::atomic<bool> isOnQueue = false;
+    reachability->setWhenReachable([&](Reachability& now) {
+        isOnQueue = now.reachabilitySerialQueue()->isCurrent();
+        heard.emplace_back(now.currentReachabilityString());
+        now.stopNotifier();
+        EXPECT_TRUE(now.startNotifier());
+    });
+    ASSERT_TRUE(reachability->startNotifier());
+    EXPECT_TRUE(isOnQueue);
+    EXPECT_THAT(heard, ElementsAre("WiFi")) << "before startNotifier returns";
+    EXPECT_TRUE(reachability->notifierRunning());
+
+    reachability->setWhenUnreachable([&](Reachability&) { reachability = nullptr; });
+    network.report({});
+    clock.settle();
+    EXPECT_EQ(reachability, nullptr);
+    EXPECT_EQ(network.watchedPaths(), 0);
+}
+
+TEST_F(ReachabilityTest, ReportsAReadThatWouldWaitForItself) {
+    const LogRecorder log;
+    const auto answer = reachability->reachabilitySerialQueue()->sync([this] { return reachability->connection(); });
+    EXPECT_EQ(answer, Connection::unavailable);
+    ASSERT_EQ(log.entries().size(), 1);
+    EXPECT_EQ(log.entries().front().level, LogLevel::error);
+    EXPECT_THAT(log.messages().front(), ::testing::HasSubstr("ReachabilityTests.cpp"));
+
+    EXPECT_EQ(reachability->connection(), Connection::wifi);
+    EXPECT_EQ(reachability->reachabilitySerialQueue()->sync([this] { return reachability->connection(); }),
+              Connection::wifi);
+}
+
+TEST_F(ReachabilityTest, IsSafeToUseFromSeveralThreads) {
+    const struct {
+        std::shared_ptr<DispatchQueue> notificationQueue;
+    } cases[] = {{nullptr}, {DispatchQueue::global().shared_from_this()}};
+
+    for (const auto& [queue] : cases) {
+        std::atomic<int> calls = 0;
+        for (int round = 0; round < 50; ++round) {
+            auto shared = Reachability::make({.notificationQueue = queue}).value();
+            std::vector<std::thread> threads;
+            for (int i = 0; i < 4; ++i) {
+                threads.emplace_back([&, i, mine = shared] {
+                    mine->setWhenReachable([&](Reachability& now) { calls += now.isReachable() ? 1 : 2; });
+                    mine->setWhenUnreachable([&](Reachability& now) { calls += now.flags() ? 1 : 2; });
+                    EXPECT_TRUE(mine->startNotifier());
+                    network.report(i % 2 == 0 ? NetworkFlags() : NetworkFlags(Flag::reachable));
+                    mine->setAllowsCellularConnection(i % 2 == 0);
+                    static_cast<void>(mine->connection());
+                    if (i == 3) mine->stopNotifier();
+                });
+            }
+            shared = nullptr;
+            for (std::thread& thread : threads)
+                thread.join();
+        }
+        clock.settle();
+        EXPECT_GT(calls, 0);
+        EXPECT_EQ(network.watchedPaths(), 0);
+    }
+}
+
+}  // namespace
+}  // namespace corvane

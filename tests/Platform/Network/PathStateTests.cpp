@@ -1,0 +1,169 @@
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <Corvane/Platform/Network/Private/PathState.hpp>
+
+namespace corvane::network {
+namespace {
+
+using netlink::Bytes;
+
+std::vector<std::byte> bytesOf(std::string_view hex) {
+    std::vector<std::byte> bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+        bytes.push_back(static_cast<std::byte>(std::stoi(std::string(hex.substr(i, 2)), nullptr, 16)));
+    return bytes;
+}
+
+// Answers of a Linux 6.18 kernel to route look-ups, as they came.
+constexpr std::string_view gateway4 =
+    "7000000018000000070000000000000002200000fe0000010002000008000f00fe00000008000100c6290004080004000300000008000700"
+    "0a000001080005000a000002080019000000000024000c000200000000000000000000000000000000000000000000000000000000000000";
+constexpr std::string_view direct4 =
+    "6800000018000000070000000000000002200000fe0000010002000008000f00fe000000080001000a000007080004000300000008000700"
+    "0a000001080019000000000024000c000200000000000000000000000000000000000000000000000000000000000000";
+constexpr std::string_view local4 =
+    "6800000018000000070000000000000002200000fe0000020002008008000f00fe000000080001007f000001080004000100000008000700"
+    "7f000001080019000000000024000c000200000000000000000000000000000000000000000000000000000000000000";
+constexpr std::string_view gateway6 =
+    "b00000001800000007000000000000000a808000fe0300010000000008000f00fe0000001400010020010503ba3e00000000000000020030"
+    "14000200000000000000000000000000000000001400070020010db800000000000000000000000108000600000400001400050020010db8"
+    "000000000000000000000002080004000300000024000c000200000000000000000000000000000000000000000000000000000000000000"
+    "0500140000000000";
+/// The same when the link has no address of its own: the kernel names ::1 as the source.
+constexpr std::string_view sourceless6 =
+    "b00000001800000007000000000000000a808000fe0300010000000008000f00fe0000001400010020010503ba3e00000000000000020030"
+    "1400020000000000000000000000000000000000140007000000000000000000000000000000000108000600000400001400050020010db8"
+    "000000000000000000000002080004000300000024000c000200000000000000000000000000000000000000000000000000000000000000"
+    "0500140000000000";
+
+// What is looked at of the same kernel's descriptions of links: head, name and kind.
+std::vector<std::byte> link(std::string_view flags, std::string_view change = "00000000",
+                            std::string_view attributes = "10001200090001007665746800000000") {
+    return bytesOf("0000010003000000" + std::string(flags) + std::string(change) + "0800030076653000" +
+                   std::string(attributes));
+}
+
+constexpr std::string_view running = "43100100";
+constexpr std::string_view noCarrier = "03100000";
+constexpr std::string_view down = "02100000";
+constexpr std::string_view tunnel = "d1100100";
+constexpr std::string_view wwanKind = "10001200090001007777616e00000000";
+
+std::optional<RouteState> routeOf(std::string_view hex) {
+    const auto datagram = bytesOf(hex);
+    Bytes rest(datagram);
+    const auto message = netlink::takeMessage(rest);
+    EXPECT_TRUE(message && rest.empty());
+    return message ? parseRoute(message->payload) : std::nullopt;
+}
+
+TEST(PathState, BecomesFlags) {
+    const auto internet4 = *SocketAddress::parse("198.41.0.4");
+    const auto internet6 = *SocketAddress::parse("2001:503:ba3e::2:30");
+    const auto neighbour = *SocketAddress::parse("fe80::7");
+    auto fromLinkLocal = routeOf(gateway6);
+    fromLinkLocal->source = SocketAddress::parse("fe80::1");
+    auto unreachable = routeOf(gateway4);
+    unreachable->type = 7;  // RTN_UNREACHABLE
+    auto sourceless = routeOf(direct4);
+    sourceless->source.reset();
+
+    const struct {
+        const char* what;
+        std::optional<RouteState> route;
+        std::optional<std::vector<std::byte>> link;
+        SocketAddress target = SocketAddress::zero();
+        const char* deviceType = "";
+        const char* flags;
+    } cases[] = {
+        {"through a gateway", routeOf(gateway4), link(running), internet4, "", "-R -------"},
+        {"to a neighbour", routeOf(direct4), link(running), internet4, "", "-R ------d"},
+        {"to this machine, whatever the link", routeOf(local4), std::nullopt, internet4, "", "-R -----ld"},
+        {"over IPv6", routeOf(gateway6), link(running), internet6, "", "-R -------"},
+        {"over IPv6 without an address", routeOf(sourceless6), link(running), internet6, "", "-- -------"},
+        {"from a link-local address", fromLinkLocal, link(running), internet6, "", "-- -------"},
+        {"to one from one", fromLinkLocal, link(running), neighbour, "", "-R -------"},
+        {"without any address", sourceless, link(running), internet4, "", "-- -------"},
+        {"no carrier", routeOf(gateway4), link(noCarrier), internet4, "", "-- -------"},
+        {"link down", routeOf(gateway4), link(down), internet4, "", "-- -------"},
+        {"link gone", routeOf(gateway4), std::nullopt, internet4, "", "-- -------"},
+        {"no route", std::nullopt, link(running), internet4, "", "-- -------"},
+        {"a route that refuses", unreachable, link(running), internet4, "", "-- -------"},
+        {"through a tunnel", routeOf(direct4), link(tunnel), internet4, "", "-R -t----d"},
+        {"a modem by its kind", routeOf(direct4), link(running, "00000000", wwanKind), internet4, "", "WR ------d"},
+        {"a modem by its device", routeOf(gateway4), link(tunnel), internet4, "wwan", "WR -t-----"},
+        {"a wireless card", routeOf(gateway4), link(running), internet4, "wlan", "-R -------"},
+    };
+
+    for (const auto& each : cases) {
+        auto state = each.link ? parseLink(*each.link) : std::nullopt;
+        if (state) state->deviceType = each.deviceType;
+        EXPECT_EQ(flagsOf(each.target, each.route, state).description(), each.flags) << each.what;
+    }
+}
+
+TEST(PathState, IsReadFromTheKernelsBytes) {
+    EXPECT_EQ(routeOf(gateway6), (RouteState{1, true, 3, SocketAddress::parse("2001:db8::1")}));
+    EXPECT_EQ(routeOf(direct4), (RouteState{1, false, 3, SocketAddress::parse("10.0.0.1")}));
+    const auto state = parseLink(link(running));
+    EXPECT_EQ(state, (LinkState{0x11043, "ve0", "veth", ""}));
+    EXPECT_EQ(parseDeviceType("INTERFACE=wwan0\nDEVTYPE=wwan\nIFINDEX=7\n"), "wwan");
+    EXPECT_EQ(parseDeviceType("INTERFACE=eth0\nIFINDEX=2"), "");
+}
+
+/// A datagram of one message.
+std::vector<std::byte> datagram(std::string_view type, const std::vector<std::byte>& payload) {
+    const auto length = static_cast<std::uint8_t>(16 + payload.size());
+    auto bytes = bytesOf("00000000" + std::string(type) + "00000000000000000000");
+    bytes[0] = std::byte{length};
+    bytes.insert(bytes.end(), payload.begin(), payload.end());
+    return bytes;
+}
+
+TEST(PathState, HeedsAnnouncementsThatMatter) {
+    const auto scan = link(running, "00000000", "08000b0000000000");
+    EXPECT_FALSE(concernsPaths(datagram("1000", scan))) << "a wireless card's scan result";
+    EXPECT_TRUE(concernsPaths(datagram("1000", link(running)))) << "RTM_NEWLINK";
+    EXPECT_TRUE(concernsPaths(datagram("1000", link(running, "01000000", "08000b0000000000")))) << "a change, too";
+    for (const std::string_view type : {"1100", "1400", "1500", "1800", "1900", "2000", "2100"})
+        EXPECT_TRUE(concernsPaths(datagram(type, {}))) << type;
+    EXPECT_FALSE(concernsPaths(datagram("1c00", {}))) << "RTM_NEWNEIGH";
+
+    auto both = datagram("1000", scan);
+    const auto second = datagram("1900", {});
+    both.insert(both.end(), second.begin(), second.end());
+    EXPECT_TRUE(concernsPaths(both));
+}
+
+TEST(PathState, SurvivesBytesThatLie) {
+    for (const std::string_view hex : {gateway4, sourceless6}) {
+        const auto whole = bytesOf(hex);
+        for (std::size_t length = 0; length < whole.size(); ++length) {
+            // In memory of its own, so that a sanitizer sees a read beyond.
+            const std::vector<std::byte> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+            Bytes rest(cut);
+            EXPECT_FALSE(netlink::takeMessage(rest));
+            if (length > 16) static_cast<void>(parseRoute(Bytes(cut).subspan(16)));
+        }
+        for (std::size_t i = 0; i < whole.size(); ++i) {
+            auto changed = whole;
+            changed[i] ^= std::byte{0xFF};
+            Bytes rest(changed);
+            if (const auto message = netlink::takeMessage(rest)) {
+                static_cast<void>(parseRoute(message->payload));
+                static_cast<void>(parseLink(message->payload));
+            }
+            static_cast<void>(concernsPaths(changed));
+        }
+    }
+}
+
+}  // namespace
+}  // namespace corvane::network
