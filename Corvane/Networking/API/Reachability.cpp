@@ -18,11 +18,7 @@ std::shared_ptr<NotificationCenter> defaultCenter() {
 Connection connectionBy(NetworkFlags flags, bool allowsCellular) noexcept {
     if (!flags.contains(NetworkFlag::reachable)) return Connection::unavailable;
     if (flags.contains(NetworkFlag::isWWAN)) return allowsCellular ? Connection::cellular : Connection::unavailable;
-    if (!flags.contains(NetworkFlag::connectionRequired)) return Connection::wifi;
-    const bool connectsByItself =
-        flags.contains(NetworkFlag::connectionOnTraffic) || flags.contains(NetworkFlag::connectionOnDemand);
-    return connectsByItself && !flags.contains(NetworkFlag::interventionRequired) ? Connection::wifi
-                                                                                  : Connection::unavailable;
+    return flags.connectsByItself() ? Connection::wifi : Connection::unavailable;
 }
 
 std::shared_ptr<const Reachability::Callback> shared(Reachability::Callback callback) {

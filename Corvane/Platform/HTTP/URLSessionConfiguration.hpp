@@ -51,7 +51,10 @@ struct CORVANE_EXPORT URLSessionConfiguration {
     bool shouldUseExtendedBackgroundIdleMode = false;
     bool allowsCellularAccess = true;
 
-    /// Whether a task waits for a network instead of failing when there is none. Carried, not acted on yet.
+    /// Whether a task waits for a network instead of failing when there is none: until the general internet can be
+    /// reached, but no longer than half of the request's timeout. Then it is tried all the same, within the other half.
+    /// A request to this machine, or to an address that can be reached, does not wait; with a proxy, the proxy's
+    /// address counts.
     bool waitsForConnectivity = false;
 };
 

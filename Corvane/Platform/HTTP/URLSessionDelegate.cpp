@@ -4,6 +4,8 @@ namespace corvane {
 
 URLSessionDelegate::~URLSessionDelegate() = default;
 
+void URLSessionDelegate::taskIsWaitingForConnectivity(URLSession& /*session*/, URLSessionDataTask& /*task*/) {}
+
 URLSessionDelayedRequestDecision URLSessionDelegate::taskWillBeginDelayedRequest(URLSession& /*session*/,
                                                                                  URLSessionDataTask& /*task*/,
                                                                                  const URLRequest& /*request*/) {

@@ -56,8 +56,13 @@ class CORVANE_EXPORT URLSessionDelegate {
   public:
     virtual ~URLSessionDelegate();
 
-    /// A request that waited for connectivity or for its time is about to be sent. Sessions do not put
-    /// requests off yet (see `URLSessionConfiguration::waitsForConnectivity`), so this is not called yet.
+    /// A request waits for connectivity (`URLSessionConfiguration::waitsForConnectivity`). At most once for each task,
+    /// those with a completion handler included.
+    virtual void taskIsWaitingForConnectivity(URLSession& session, URLSessionDataTask& task);
+
+    /// A request that waited for connectivity is about to be sent, because the network is back or because half of its
+    /// timeout has passed; also asked for tasks with a completion handler. The timeout does not run until this
+    /// returns.
     virtual URLSessionDelayedRequestDecision taskWillBeginDelayedRequest(URLSession& session, URLSessionDataTask& task,
                                                                          const URLRequest& request);
 

@@ -50,6 +50,13 @@ class CORVANE_EXPORT NetworkFlags {
         return *this;
     }
 
+    /// Whether nobody has to be asked for the connection first, by the bits about that alone.
+    [[nodiscard]] constexpr bool connectsByItself() const noexcept {
+        if (!contains(NetworkFlag::connectionRequired)) return true;
+        return (contains(NetworkFlag::connectionOnTraffic) || contains(NetworkFlag::connectionOnDemand)) &&
+               !contains(NetworkFlag::interventionRequired);
+    }
+
     /// Ten characters, '-' for what is not set: "WR ctiCDld" is WWAN, reachable, a blank, connection required,
     /// transient, intervention required, on traffic, on demand, local address, direct.
     [[nodiscard]] std::string description() const;

@@ -26,9 +26,10 @@ class FaultTest : public SessionTest {
 
     ~FaultTest() override { EXPECT_EQ(witness_, nullptr) << "TearDown did not run"; }
 
-    void useConfiguration(const URLSessionConfiguration& configuration) {
+    void useConfiguration(const URLSessionConfiguration& configuration,
+                          std::shared_ptr<InvalidationWitness> witness = std::make_shared<InvalidationWitness>()) {
         endSession();
-        witness_ = std::make_shared<InvalidationWitness>();
+        witness_ = std::move(witness);
         session = URLSession::make(configuration, witness_);
     }
 

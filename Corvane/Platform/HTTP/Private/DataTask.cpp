@@ -160,16 +160,56 @@ void DataTask::answer(const URLAuthenticationChallenge& challenge, bool wantsDig
     finish(std::move(outcome));
 }
 
+void DataTask::tellOfWaiting() {
+    if (!transit.session->delegate()) return;
+    const std::shared_ptr<Session> session = transit.session;
+    session->delegateQueue().async([self = shared_from_this(), session] {
+        const auto delegate = session->delegate();
+        if (delegate && !self->hasOutcome()) delegate->taskIsWaitingForConnectivity(*session, *self);
+    });
+}
+
+bool DataTask::askAboutDelay() {
+    std::unique_lock lock(mutex_);
+    const std::shared_ptr<Session> session = session_;
+    if (hasOutcome_ || !session->delegate()) return false;
+    lock.unlock();
+    session->delegateQueue().async([self = shared_from_this(), session] { self->answerAboutDelay(session); });
+    return true;
+}
+
+void DataTask::answerAboutDelay(const std::shared_ptr<Session>& session) {
+    if (hasOutcome()) return;
+    URLSessionDelayedRequestDecision decision;
+    if (const auto delegate = session->delegate()) {
+        decision = delegate->taskWillBeginDelayedRequest(*session, *this, request_);
+    }
+    if (decision.disposition == URLSessionDelayedRequestDisposition::cancel) {
+        cancel();
+        return;
+    }
+    if (decision.disposition == URLSessionDelayedRequestDisposition::useNewRequest && decision.newRequest) {
+        if (auto refusal = problem(*decision.newRequest)) {
+            finish({.error = std::move(refusal)});
+            return;
+        }
+        const std::lock_guard lock(mutex_);
+        newRequest_ = std::move(decision.newRequest);
+    }
+    NetworkThread::shared().start(shared_from_this());
+}
+
 std::shared_ptr<Session> DataTask::beginTransit() {
     const std::lock_guard lock(mutex_);
     if (hasOutcome_) return nullptr;
     transit.session = session_;
     // Made a part of the first request, so that a redirect treats them as it treats the request's own.
     if (const auto& additional = session_->configuration().httpAdditionalHeaders;
-        !additional.empty() && !transit.request) {
-        transit.request = request_;
+        newRequest_ || (!additional.empty() && !transit.request)) {
+        const URLRequest first = std::exchange(newRequest_, std::nullopt).value_or(request_);
+        transit.request = first;
         for (const auto& field : additional) {
-            if (!request_.value(field.name)) transit.request->addValue(field.value, field.name);
+            if (!first.value(field.name)) transit.request->addValue(field.value, field.name);
         }
     }
     transit.isSuspended = state_ == URLSessionTaskState::suspended;
@@ -185,7 +225,7 @@ std::shared_ptr<Session> DataTask::beginTransit() {
 }
 
 bool DataTask::restartTimeout() noexcept {
-    return moveTo(transit.isSuspended ? SteadyInstant::max() : deadlineAfter(idleSeconds_));
+    return moveTo(transit.isSuspended ? SteadyInstant::max() : deadlineAfter(idleSeconds_ * transit.patience));
 }
 
 bool DataTask::hasOutcome() const {

@@ -55,7 +55,8 @@ class DataTask final : public URLSessionDataTask,
 
     // For the network thread.
 
-    enum class Stage : unsigned char { outside, waiting, onWire };
+    /// `held` waits for connectivity, `waiting` for a slot.
+    enum class Stage : unsigned char { outside, held, waiting, onWire };
 
     /// What the network thread keeps with the task; nobody else touches it.
     struct Transit {
@@ -66,6 +67,10 @@ class DataTask final : public URLSessionDataTask,
         std::optional<URLRequest> request;
         int redirects = 0;
         bool isSuspended = false;
+        /// Whether the task has been looked at for connectivity: it is held back at most once.
+        bool wasAtGate = false;
+        /// How much of the timeout counts: half of it for waiting for connectivity, and half for trying without.
+        double patience = 1;
         std::optional<Login> login;
         /// The only origin that is shown the login.
         std::string loginOrigin;
@@ -95,7 +100,17 @@ class DataTask final : public URLSessionDataTask,
     /// deadline is earlier than the heap knows.
     bool restartTimeout() noexcept;
 
-    void bytesMoved() noexcept override { static_cast<void>(restartTimeout()); }
+    /// Tells the delegate that the task waits for connectivity.
+    void tellOfWaiting();
+
+    /// Lets the delegate decide about a request that was held back; the task starts again by itself if it says so.
+    /// False without a delegate.
+    [[nodiscard]] bool askAboutDelay();
+
+    void bytesMoved() noexcept override {
+        transit.patience = 1;
+        static_cast<void>(restartTimeout());
+    }
 
     [[nodiscard]] double idleSeconds() const noexcept { return idleSeconds_; }
 
@@ -103,6 +118,7 @@ class DataTask final : public URLSessionDataTask,
     /// Sends the outcome to the delegate queue. Call it once, after `isPosted_` was set.
     void post(Session& session);
     void deliver();
+    void answerAboutDelay(const std::shared_ptr<Session>& session);
     void answer(const URLAuthenticationChallenge& challenge, bool wantsDigest, TaskOutcome outcome);
 
     const std::uint64_t identifier_;
@@ -125,6 +141,8 @@ class DataTask final : public URLSessionDataTask,
     std::shared_ptr<DataTask> parked_;
     std::string description_;
     std::optional<Login> login_;
+    /// What the delegate wants to be sent instead.
+    std::optional<URLRequest> newRequest_;
 };
 
 }  // namespace corvane::http

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include <Corvane/Platform/FatalError.hpp>
+#include <Corvane/Platform/HTTP/Private/ConnectivityGate.hpp>
 #include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
 #include <Corvane/Platform/HTTP/Private/NetworkThread.hpp>
 #include <Corvane/Platform/HTTP/Private/RequestRules.hpp>
@@ -28,6 +29,10 @@ CURLM* makeMulti() {
     curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 128L);
     return multi;
 }
+
+/// The part of a request's timeout that it waits for connectivity, and then the part that it is given to succeed
+/// without.
+constexpr double patienceWithoutNetwork = 0.5;
 
 enum class Scheme : unsigned char { unknown, basic, digest };
 
@@ -146,10 +151,16 @@ void NetworkThread::takeSubmissions() {
         batch_.swap(submissions_);
     }
     for (auto& submission : batch_) {
-        if (submission.command == Command::start) {
-            begin(submission.task);
-        } else {
-            update(*submission.task);
+        switch (submission.command) {
+            case Command::start:
+                begin(submission.task);
+                break;
+            case Command::update:
+                update(*submission.task);
+                break;
+            case Command::release:
+                release(submission.task, 1);
+                break;
         }
     }
     const std::size_t count = batch_.size();
@@ -171,7 +182,12 @@ void NetworkThread::expire() {
             if (!task) return;
             ++accepted_;
         }
-        fail(task, makeURLError(URLError::timedOut));
+        if (task->transit.stage == DataTask::Stage::held) {
+            // The network has not come back: whether it is as bad as it looks is found out in the time that is left.
+            release(task, patienceWithoutNetwork);
+        } else {
+            fail(task, makeURLError(URLError::timedOut));
+        }
         {
             const std::lock_guard lock(mutex_);
             ++finished_;
@@ -194,16 +210,39 @@ void NetworkThread::reap() {
 void NetworkThread::begin(const std::shared_ptr<DataTask>& task) {
     const auto session = task->beginTransit();
     if (!session) return;
+    const bool isHeld = holdBack(task, *session);
     static_cast<void>(task->restartTimeout());
     {
         const std::lock_guard lock(mutex_);
         deadlines_.arm(task);
     }
+    if (isHeld) return;
     if (session->slots.acquire(task->nextRequest().url().origin(), task->priority(), task)) {
         launch(task);
     } else {
         task->transit.stage = DataTask::Stage::waiting;
     }
+}
+
+bool NetworkThread::holdBack(const std::shared_ptr<DataTask>& task, const Session& session) {
+    DataTask::Transit& transit = task->transit;
+    ConnectivityGate* const gate = session.gate();
+    if (gate == nullptr || std::exchange(transit.wasAtGate, true)) return false;
+    const auto& proxy = session.configuration().proxy;
+    const auto proxyURL = proxy ? URL::parse(*proxy) : std::nullopt;
+    const URL& next = proxyURL ? *proxyURL : task->nextRequest().url();
+    if (gate->admits(next.host()) || !gate->hold(task)) return false;
+    transit.stage = DataTask::Stage::held;
+    transit.patience = patienceWithoutNetwork;
+    task->tellOfWaiting();
+    return true;
+}
+
+void NetworkThread::release(const std::shared_ptr<DataTask>& task, double patience) {
+    if (task->transit.stage != DataTask::Stage::held) return;
+    leave(task);
+    task->transit.patience = patience;
+    if (!task->askAboutDelay()) begin(task);
 }
 
 void NetworkThread::launch(const std::shared_ptr<DataTask>& task) {
@@ -244,6 +283,10 @@ void NetworkThread::leave(const std::shared_ptr<DataTask>& task) {
         deadlines_.remove(*task);
     }
     const auto stage = std::exchange(transit.stage, DataTask::Stage::outside);
+    if (stage == DataTask::Stage::held) {
+        session->gate()->withdraw(*task);
+        return;
+    }
     if (stage == DataTask::Stage::waiting) {
         session->slots.withdraw(origin, task);
         return;

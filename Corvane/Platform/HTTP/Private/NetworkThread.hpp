@@ -29,11 +29,14 @@ class NetworkThread final : public ClockClient {
     /// Looks at a started task again that was cancelled, suspended or resumed.
     void update(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::update); }
 
+    /// Lets a task go on that was held back.
+    void connectivityReturned(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::release); }
+
     [[nodiscard]] ClockActivity activity() const noexcept override;
     void clockMoved() noexcept override;
 
   private:
-    enum class Command : unsigned char { start, update };
+    enum class Command : unsigned char { start, update, release };
 
     struct Submission {
         std::shared_ptr<DataTask> task;
@@ -55,6 +58,10 @@ class NetworkThread final : public ClockClient {
     void sleep(int milliseconds);
 
     void begin(const std::shared_ptr<DataTask>& task);
+    /// Whether the task waits at its session's gate from now on.
+    bool holdBack(const std::shared_ptr<DataTask>& task, const Session& session);
+    /// Sends what was held back, with so much of its timeout left.
+    void release(const std::shared_ptr<DataTask>& task, double patience);
     void launch(const std::shared_ptr<DataTask>& task);
     void update(DataTask& task);
     void ended(const std::shared_ptr<DataTask>& task, CURLcode code);

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include <Corvane/Platform/HTTP/Private/ConnectivityGate.hpp>
 #include <Corvane/Platform/HTTP/Private/DataTask.hpp>
 #include <Corvane/Platform/HTTP/Private/Session.hpp>
 
@@ -20,6 +21,7 @@ Session::Session(URLSessionConfiguration configuration, std::shared_ptr<URLSessi
       queue_(queue),
       owner_(std::move(owner)),
       mayBeInvalidated_(mayBeInvalidated),
+      gate_(configuration_.waitsForConnectivity ? std::make_shared<ConnectivityGate>() : nullptr),
       delegate_(std::move(delegate)) {}
 
 Session::~Session() {

@@ -15,6 +15,7 @@
 
 namespace corvane::http {
 
+class ConnectivityGate;
 class DataTask;
 
 /// The one kind of session there is.
@@ -47,6 +48,9 @@ class Session final : public URLSession, public std::enable_shared_from_this<Ses
 
     HostSlots<std::shared_ptr<DataTask>> slots;
 
+    /// Null unless the session waits for connectivity.
+    [[nodiscard]] ConnectivityGate* gate() const noexcept { return gate_.get(); }
+
     [[nodiscard]] std::unique_ptr<Exchange> takeExchange();
     void putBack(std::unique_ptr<Exchange> exchange);
 
@@ -58,6 +62,7 @@ class Session final : public URLSession, public std::enable_shared_from_this<Ses
     DispatchQueue& queue_;
     const std::shared_ptr<DispatchQueue> owner_;
     const bool mayBeInvalidated_;
+    const std::shared_ptr<ConnectivityGate> gate_;
 
     mutable std::mutex mutex_;
     std::shared_ptr<URLSessionDelegate> delegate_;
