@@ -44,7 +44,7 @@ class CORVANE_EXPORT FileUtil {
     /// Writes the file `name` of the documents directory by `FileManager::writeAtomically`; makes the directory when
     /// that is missing. Fails with `FileUtilError` when there is no documents directory, and otherwise with the
     /// `PlatformError` of the failed operation. Logs nothing.
-    static std::expected<void, AnyError> write(const Data& data, std::string_view name);
+    [[nodiscard]] static std::expected<void, AnyError> write(const Data& data, std::string_view name);
 
   private:
     template <class T>

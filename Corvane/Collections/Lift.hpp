@@ -13,9 +13,7 @@ namespace corvane {
 ///     if (const Fixture* next = lift(fixtures, selected + 1)) show(*next);
 template <std::ranges::random_access_range List>
     requires std::ranges::sized_range<List>
-[[nodiscard]] constexpr auto lift(List&& list, std::integral auto index) noexcept {
-    static_assert(std::is_lvalue_reference_v<List> || std::ranges::borrowed_range<List>,
-                  "the element would end with the list");
+[[nodiscard]] constexpr auto lift(List& list, std::integral auto index) noexcept {
     const bool exists = std::cmp_greater_equal(index, 0) && std::cmp_less(index, std::ranges::size(list));
     return exists ? std::addressof(std::ranges::begin(list)[static_cast<std::ranges::range_difference_t<List>>(index)])
                   : nullptr;

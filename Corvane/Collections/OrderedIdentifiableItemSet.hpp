@@ -69,7 +69,7 @@ class OrderedIdentifiableItemSet {
 
     /// Lists the item's identifier at `index`, or at the end when that is beyond it. A negative index is a programming
     /// error that stops the process. With an error, which an item of the same identifier gives, nothing has changed.
-    std::expected<void, SetError> insert(Item item, std::integral auto index) {
+    [[nodiscard]] std::expected<void, SetError> insert(Item item, std::integral auto index) {
         return add(std::move(item), [this, index] {
             if (std::cmp_less(index, 0)) fatalError("An item cannot be inserted at a negative index");
             const bool isListed = std::cmp_less(index, count());
@@ -79,7 +79,7 @@ class OrderedIdentifiableItemSet {
     }
 
     /// Lists the item's identifier at the end; fails as `insert` does.
-    std::expected<void, SetError> append(Item item) {
+    [[nodiscard]] std::expected<void, SetError> append(Item item) {
         return add(std::move(item), [this] { return orderedIdentifiers_.end(); });
     }
 

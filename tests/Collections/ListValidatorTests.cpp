@@ -1,6 +1,5 @@
-#include <initializer_list>
 #include <optional>
-#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -28,16 +27,10 @@ TEST(ListValidator, DecidesByTheBlackListThenByTheWhiteList) {
     };
 
     for (const auto& test : cases) {
-        Validator validator(test.blacklist, test.whitelist);
-        const Validator moved(std::move(validator));
-        // A move leaves what it takes from as it was.
-        for (const Validator& each : {validator, moved}) {  // NOLINT(bugprone-use-after-move)
-            EXPECT_EQ(each.mode(), test.mode);
-            EXPECT_EQ(each.isAllowed('a'), test.allowsA);
-            EXPECT_EQ(each.isAllowed('b'), test.allowsB);
-            EXPECT_EQ(each.blacklist(), test.blacklist);
-            EXPECT_EQ(each.whitelist(), test.whitelist);
-        }
+        const Validator validator(test.blacklist, test.whitelist);
+        EXPECT_EQ(validator.mode(), test.mode);
+        EXPECT_EQ(validator.isAllowed('a'), test.allowsA);
+        EXPECT_EQ(validator.isAllowed('b'), test.allowsB);
     }
 }
 

@@ -56,8 +56,8 @@ void FileManager::setDocumentsDirectory(std::optional<std::filesystem::path> dir
 
 std::expected<std::filesystem::path, PlatformError> FileManager::file(const std::filesystem::path& directory,
                                                                       std::string_view name) {
-    const bool leadsElsewhere =
-        name.empty() || name == "." || name == ".." || name.find_first_of(std::string_view("/\0", 2)) != name.npos;
+    const bool leadsElsewhere = name.empty() || name == "." || name == ".." ||
+                                name.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos;
     if (leadsElsewhere) return std::unexpected(posixError(EINVAL));
     return directory / name;
 }
