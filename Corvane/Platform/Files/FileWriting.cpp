@@ -44,8 +44,11 @@ class ReplacementFile {
             std::uint64_t number = 0;
             if (::getrandom(&number, sizeof number, 0) < 0) return errno;
             name_ = fmt::format(".corvane-{:016x}", number);
-            file_ = FileDescriptor(::openat(directory_, name_.c_str(), flags, mode));
-            if (file_.isOpen()) return 0;
+            const int opened = ::openat(directory_, name_.c_str(), flags, mode);
+            if (opened >= 0) {
+                file_ = FileDescriptor(opened);
+                return 0;
+            }
             if (errno != EEXIST) return errno;
         }
     }
