@@ -42,7 +42,7 @@ class Observable final : public ObservableType<T> {
     using typename ObservableType<T>::Closure;
     using ObservableType<T>::addObserver;
 
-    explicit Observable(T value) : box_(std::make_shared<Box>(std::move(value))) {}
+    explicit Observable(T value) : box_(new Box(std::move(value)), &Box::end) {}
 
     Observable(const Observable&) = default;
     /// A name stays with its box; assign its value instead.
@@ -53,13 +53,8 @@ class Observable final : public ObservableType<T> {
     [[nodiscard]] const T& value() const noexcept { return box_->value; }
 
     void setValue(T value) {
-        if (box_->callbacks.isEmpty()) {
-            box_->value = std::move(value);
-        } else {
-            // A callback may end this name of the box, and it may be the last.
-            const std::shared_ptr<Box> box = box_;
-            box->assign(std::move(value));
-        }
+        const typename Box::Use use(*box_);
+        use.box.assign(std::move(value));
     }
 
     /// Calls `body` with a copy of the value to change in place, and assigns that: one assignment, at the end.
@@ -72,23 +67,48 @@ class Observable final : public ObservableType<T> {
 
     void addObserver(const ObserverReference& observer, bool removeIfExists, ObservableOptions options,
                      Closure closure) override {
-        const std::shared_ptr<Box> box = box_;
+        const typename Box::Use use(*box_);
         if (removeIfExists) removeObserver(observer);
-        box->callbacks.add(observer, options, std::move(closure), box->value);
+        use.box.callbacks.add(observer, options, std::move(closure), use.box.value);
     }
 
     /// Also lets go of the debouncer that `addOnLastChangeObserver` keeps for `observer`; what waits there still fires.
     void removeObserver(const ObserverReference& observer) override {
-        const std::shared_ptr<Box> box = box_;
-        box->callbacks.remove(observer);
+        const typename Box::Use use(*box_);
+        use.box.callbacks.remove(observer);
         detail::LastChangeDebouncers::shared().drop(observer);
     }
 
   private:
     struct Box {
+        /// Keeps the box while it is in use, as a callback may end its last name. Not a hold as the names have it,
+        /// whose count is atomic: assignments are many, and on one thread.
+        struct Use {
+            explicit Use(Box& itsBox) noexcept : box(itsBox) { ++box.uses; }
+
+            ~Use() {
+                if (--box.uses == 0 && box.isNameless) delete &box;
+            }
+
+            Use(const Use&) = delete;
+            Use& operator=(const Use&) = delete;
+
+            Box& box;
+        };
+
         explicit Box(T initialValue) : value(std::move(initialValue)) {}
 
+        /// When the last name has gone.
+        static void end(Box* box) noexcept {
+            box->isNameless = true;
+            if (box->uses == 0) delete box;
+        }
+
         void assign(T newValue) {
+            if (callbacks.isEmpty()) {
+                value = std::move(newValue);
+                return;
+            }
             const T oldValue = std::exchange(value, newValue);
             callbacks.notify(ObservableOption::old, oldValue);
             callbacks.notify(ObservableOption::new_, newValue);
@@ -98,6 +118,8 @@ class Observable final : public ObservableType<T> {
         }
 
         T value;
+        unsigned uses = 0;
+        bool isNameless = false;
         detail::ObservableCallbacks<T, Closure> callbacks;
     };
 

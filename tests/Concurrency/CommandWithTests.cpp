@@ -138,7 +138,9 @@ TEST(CommandWith, IsPerformedWithoutALineWhenSilent) {
     Notes notes;
     for (const auto& command : commandsOfAllKinds(notes, {.isSilent = true})) {
         command.perform(1);
+        clock.settle();
         DispatchQueue::global().async([&] { command.perform(2); });
+        clock.settle();
         spawn(command.performAndWait(3));
         clock.settle();
     }
