@@ -40,6 +40,11 @@ class NSDictionaryInitialisable {
     }
 
     [[nodiscard]] bool operator==(const NSDictionaryInitialisable&) const noexcept = default;
+
+  private:
+    friend Model;
+
+    NSDictionaryInitialisable() noexcept = default;
 };
 
 }  // namespace corvane

@@ -80,6 +80,11 @@ class SimpleDataProcessing {
     }
 
     [[nodiscard]] bool operator==(const SimpleDataProcessing&) const noexcept = default;
+
+  private:
+    friend Model;
+
+    SimpleDataProcessing() noexcept = default;
 };
 
 }  // namespace corvane
