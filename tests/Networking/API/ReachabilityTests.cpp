@@ -1,3 +1,5 @@
+#include <dirent.h>
+
 #include <atomic>
 #include <cerrno>
 #include <memory>
@@ -9,9 +11,12 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/Networking/API/Reachability.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Testing/LogRecorder.hpp>
 #include <Corvane/Testing/ScriptedPath.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
+
+#include "tests/Support/NetworkNamespace.hpp"
 
 namespace corvane {
 namespace {
@@ -23,6 +28,15 @@ using Flag = NetworkFlag;
 using Step = ScriptedPath::Step;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+std::size_t openDescriptors() {
+    std::size_t count = 0;
+    DIR* const folder = ::opendir("/proc/self/fd");
+    while (::readdir(folder) != nullptr)
+        ++count;
+    ::closedir(folder);
+    return count;
+}
 
 class ReachabilityTest : public ::testing::Test {
   protected:
@@ -253,6 +267,41 @@ TEST_F(ReachabilityTest, IsSafeToUseFromSeveralThreads) {
         EXPECT_GT(calls, 0);
         EXPECT_EQ(network.watchedPaths(), 0);
     }
+}
+
+TEST(KernelReachability, LeaksNoDescriptor) {
+    std::size_t before = 0;
+    for (int i = 0; i < 10000; ++i) {
+        const auto reachability = Reachability::make({.notificationQueue = nullptr}).value();
+        ASSERT_TRUE(reachability->startNotifier());
+        if (i % 2 == 0) reachability->stopNotifier();
+        if (i == 0) before = openDescriptors();
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(KernelReachability, FollowsTheNetwork) {
+    if (!NetworkNamespace::enter()) return;
+    NetworkNamespace::ip("link set lo up");
+    NetworkNamespace::ip("link add ve0 type veth peer name ve1");
+    NetworkNamespace::ip("addr add 10.0.0.1/24 dev ve0");
+    NetworkNamespace::ip("link set ve0 up");
+    NetworkNamespace::ip("link set ve1 up");
+    const auto reachability = Reachability::make().value();
+    std::vector<std::string> heard;
+    const auto note = [&](Reachability& now) {
+        heard.emplace_back(now.currentReachabilityString());
+        RunLoop::main().stop();
+    };
+    reachability->setWhenReachable(note);
+    reachability->setWhenUnreachable(note);
+    ASSERT_TRUE(reachability->startNotifier());
+    RunLoop::main().run();
+    for (const char* const change : {"route add default via 10.0.0.2", "link set ve1 down", "link set ve1 up"}) {
+        NetworkNamespace::ip(change);
+        RunLoop::main().run();
+    }
+    EXPECT_THAT(heard, ElementsAre("No Connection", "WiFi", "No Connection", "WiFi"));
 }
 
 }  // namespace

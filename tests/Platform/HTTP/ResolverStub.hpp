@@ -3,7 +3,8 @@
 #include <cstddef>
 
 /// Replaces name look-ups of this program (getaddrinfo) for hosts under ".test": "missing.test" is not found at once,
-/// "hanging.test" hangs for as long as this object lives. All other names are looked up as ever.
+/// "hanging.test" hangs for as long as this object lives, "recovering.test" fails for now until `recover` and is
+/// 127.0.0.1 then. All other names are looked up as ever.
 class ResolverStub {
   public:
     ResolverStub();
@@ -15,4 +16,6 @@ class ResolverStub {
 
     /// Blocks until so many look-ups hang.
     void waitForHangingLookups(std::size_t count) const;
+
+    void recover();
 };

@@ -8,8 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Network/Private/KernelPath.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
 
 #include "PathRecorder.hpp"
+#include "tests/Platform/HTTP/ResolverStub.hpp"
 #include "tests/Support/NetworkNamespace.hpp"
 
 namespace corvane {
@@ -66,6 +68,31 @@ TEST(NetworkNamespaceTest, FollowsLinksRoutesAndAddresses) {
         recorder->waitFor(flags);
     }
     EXPECT_EQ(recorder->reports(), expected) << "each change once, and nothing for the same flags";
+}
+
+TEST(NetworkNamespaceTest, LooksAHostUpAgain) {
+    if (!NetworkNamespace::enter()) return;
+    plugCable();
+    {
+        ResolverStub resolver;
+        const auto path = NetworkPath::make("recovering.test").value();
+        const auto recorder = PathRecorder::watch(*path);
+        ASSERT_TRUE(recorder);
+        recorder->waitFor("-- -------");
+        resolver.recover();
+        NetworkNamespace::ip("route add default via 10.0.0.2");
+        recorder->waitFor("-R -----ld");
+    }
+    // There is a way to a server now, so a look-up that failed for now is tried again without any change.
+    testing::VirtualClock clock;
+    ResolverStub resolver;
+    const auto path = NetworkPath::make("recovering.test").value();
+    const auto recorder = PathRecorder::watch(*path);
+    ASSERT_TRUE(recorder);
+    recorder->waitFor("-- -------");
+    resolver.recover();
+    clock.advance(1);
+    recorder->waitFor("-R -----ld");
 }
 
 /// Flaps of a route, in one process and as fast as it goes.
