@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <curl/curl.h>
@@ -125,23 +127,24 @@ class CurlEasyThread {
     std::thread thread_{[this] { serve(); }};
 };
 
-/// 64 reused handles under one curl_multi_poll.
-class CurlMultiPoll {
+/// 64 reused handles under one curl_multi_poll; with `isStoring` each body ends in a hash map, under its URL.
+template <bool isStoring>
+class CurlMultiPollWith {
   public:
     static constexpr std::size_t inFlight = 64;
 
-    CurlMultiPoll() {
+    CurlMultiPollWith() {
         for (std::size_t i = 0; i < inFlight; ++i)
             transfers_.push_back(std::make_unique<CurlTransfer>(documentURL(0)));
     }
 
-    ~CurlMultiPoll() {
+    ~CurlMultiPollWith() {
         transfers_.clear();
         curl_multi_cleanup(multi_);
     }
 
-    CurlMultiPoll(const CurlMultiPoll&) = delete;
-    CurlMultiPoll& operator=(const CurlMultiPoll&) = delete;
+    CurlMultiPollWith(const CurlMultiPollWith&) = delete;
+    CurlMultiPollWith& operator=(const CurlMultiPollWith&) = delete;
 
     void getMany(std::size_t document, std::size_t total) {
         const std::string url = documentURL(document);
@@ -160,6 +163,7 @@ class CurlMultiPoll {
                 curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
                 require(transfer->body.size() == documentSizes.at(document), "libcurl's body");
                 curl_multi_remove_handle(multi_, transfer->handle());
+                if constexpr (isStoring) stored_.insert_or_assign(url, std::move(transfer->body));
                 ++done;
                 if (started >= total) continue;
                 ++started;
@@ -177,4 +181,8 @@ class CurlMultiPoll {
 
     CURLM* multi_ = curl_multi_init();
     std::vector<std::unique_ptr<CurlTransfer>> transfers_;
+    std::unordered_map<std::string, std::string> stored_;
 };
+
+using CurlMultiPoll = CurlMultiPollWith<false>;
+using CurlMultiPollAndStore = CurlMultiPollWith<true>;
