@@ -20,7 +20,6 @@
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManager.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
-#include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Platform/Dispatch/Timer.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
@@ -207,9 +206,8 @@ class DownloadSoak : public ::testing::Test {
                                                .usePost = oneIn(20)});
         const bool isCancelled = oneIn(6);
         const bool isCached = oneIn(2);
-        const unsigned form = draw(4);
-        // A load that is awaited starts some time later, so it must not be taken for one that another came after.
-        const std::string name = (form == 3 ? "awaited " : "") + std::to_string(number);
+        const bool isManaged = oneIn(2);
+        const std::string name = std::to_string(number);
 
         ledger.open();
         const std::lock_guard guard(context.lock);
@@ -218,8 +216,8 @@ class DownloadSoak : public ::testing::Test {
             on.manager->cancelRequest(name);
         }
         const std::uint64_t event = ++context.lastEvent;
-        const auto ticket = std::make_shared<Ticket>(ledger, on.history, number, event, form < 2);
-        if (form < 2) {
+        const auto ticket = std::make_shared<Ticket>(ledger, on.history, number, event, isManaged);
+        if (isManaged) {
             perform(on, {.request = request, .context = name, .options = {}}, isCached, ticket);
             return;
         }
@@ -227,14 +225,7 @@ class DownloadSoak : public ::testing::Test {
             const auto data = response.data();
             ticket->call(!data || *data == Data("{}") || data->text() == body(target));
         };
-        if (form == 2) {
-            isCached ? on.provider->loadCachedData(request, name, take) : on.provider->loadData(request, name, take);
-        } else {
-            spawn([provider = on.provider, request, name, isCached, take]() -> Task<> {
-                auto load = isCached ? provider->loadCachedData(request, name) : provider->loadData(request, name);
-                take(co_await std::move(load));
-            });
-        }
+        isCached ? on.provider->loadCachedData(request, name, take) : on.provider->loadData(request, name, take);
     }
 
     static void perform(const Road& on, const ApiRequestData& data, bool isCached,

@@ -8,7 +8,6 @@
 #include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
-namespace {
 
 using Result = TYAutoRetryResult;
 
@@ -20,49 +19,41 @@ TEST(APIAutoRetryHandler, AllowsItsRetriesOnceEachAfterItsTimeout) {
         clock.advance(2.5);
         EXPECT_EQ(result.isEnded(), expected == Result::stop);
         clock.advance(0.5);
-        ASSERT_TRUE(result.isEnded());
         EXPECT_EQ(runBlocking(result.value()), expected);
         handler->clear();
     }
-    EXPECT_EQ(handler->currentCount(), 2);
     EXPECT_EQ(runBlocking(APIAutoRetryHandler::make(0, 1e18)->start()), Result::stop) << "without waiting";
-    EXPECT_EQ(runBlocking(APIAutoRetryHandler::make(-1, 1)->start()), Result::stop);
     EXPECT_EQ(runBlocking(APIAutoRetryHandler::make(1, -1e-10)->start()), Result::retry) << "rounded to no wait";
 }
 
 TEST(APIAutoRetryHandler, StopsWhenCancelledWithoutCounting) {
     testing::VirtualClock clock;
     auto handler = APIAutoRetryHandler::make(1, 1.8e10);
-    const auto cancelled = spawn(handler->start());
+    const auto result = spawn(handler->start());
     clock.advance(60);
-    EXPECT_FALSE(cancelled.isEnded()) << "a count of nanoseconds that the clock cannot reach";
-    cancelled.cancel();
-    EXPECT_EQ(runBlocking(cancelled.value()), Result::stop);
+    EXPECT_FALSE(result.isEnded()) << "more nanoseconds than the clock can count";
+    result.cancel();
+    EXPECT_EQ(runBlocking(result.value()), Result::stop);
     EXPECT_EQ(handler->currentCount(), 0);
-    const auto pending = spawn(handler->start());
-    handler.reset();
-    pending.cancel();
-    EXPECT_EQ(runBlocking(pending.value()), Result::stop) << "held while it waits";
 }
 
-TEST(APIAutoRetryHandler, AllowsNoMoreWhenManyWaitAtOnce) {
+TEST(APIAutoRetryHandler, AllowsNoMoreWhenManyWaitAtOnceAndNobodyHoldsIt) {
     testing::VirtualClock clock;
-    const auto handler = APIAutoRetryHandler::make(3, 1);
+    auto handler = APIAutoRetryHandler::make(3, 1);
     std::vector<TaskHandle<Result>> results;
     for (int i = 0; i < 20; ++i)
         results.push_back(spawn(handler->start()));
+    handler.reset();
     clock.advance(1);
     int retries = 0;
     for (const auto& result : results)
         retries += runBlocking(result.value()) == Result::retry ? 1 : 0;
     EXPECT_EQ(retries, 3);
-    EXPECT_EQ(handler->currentCount(), 3);
 }
 
 TEST(APIAutoRetryHandlerDeathTest, StopsForAnImpossibleTimeout) {
-    for (const double timeout : {-1.0, -1e-9, 0x1p64 / 1e9, std::numeric_limits<double>::infinity()})
+    for (const double timeout : {-1e-9, 0x1p64 / 1e9, std::numeric_limits<double>::infinity()})
         EXPECT_DEATH(runBlocking(APIAutoRetryHandler::make(1, timeout)->start()), "Fatal error") << timeout;
 }
 
-}  // namespace
 }  // namespace corvane

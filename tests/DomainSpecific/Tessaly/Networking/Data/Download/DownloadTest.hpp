@@ -1,8 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,84 +10,64 @@
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/ApiDataProvider.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
 
 namespace corvane {
 
+using testing::LoopbackFault;
 using testing::LoopbackRequest;
 using testing::LoopbackResponse;
-using testing::LoopbackServer;
 
-/// Gathers what callbacks bring, from any thread.
+/// Gathers what callbacks bring, and whether they came on the main thread.
 template <class T>
 class Arrivals {
   public:
-    struct Arrival {
-        T value;
-        bool isOnMain;
-    };
-
-    /// A callback that takes a `T`.
     [[nodiscard]] auto callback() {
-        return [state = state_](T value) {
-            {
-                const std::lock_guard guard(state->lock);
-                state->list.push_back({std::move(value), Thread::isMainThread()});
-            }
-            RunLoop::main().perform([] {});
+        return [list = list_](T value) {
+            DispatchQueue::main().async([list, value = std::move(value), isOnMain = Thread::isMainThread()] {
+                list->emplace_back(value, isOnMain);
+            });
         };
     }
 
-    /// Pumps the main run loop until there are `count`.
-    [[nodiscard]] std::vector<Arrival> wait(std::size_t count = 1) const {
-        while (true) {
-            {
-                const std::lock_guard guard(state_->lock);
-                if (state_->list.size() >= count) return state_->list;
-            }
+    /// Pumps the main run loop until there are `count`; gives the last.
+    std::pair<T, bool> wait(std::size_t count = 1) const {
+        while (list_->size() < count)
             RunLoop::main().runOnce();
-        }
+        return list_->back();
     }
 
   private:
-    struct State {
-        std::mutex lock;
-        std::vector<Arrival> list;
-    };
+    std::shared_ptr<std::vector<std::pair<T, bool>>> list_ = std::make_shared<std::vector<std::pair<T, bool>>>();
+};
 
-    std::shared_ptr<State> state_ = std::make_shared<State>();
+struct Extras {
+    std::optional<Data> payload = {};
+    std::optional<std::string> ifModifiedSince = {};
+    bool usePost = false;
 };
 
 /// A provider with a session, a cache and a back end of its own.
 class DownloadTest : public ::testing::Test {
   protected:
-    [[nodiscard]] std::shared_ptr<const ApiRequest> request(std::string_view target,
-                                                            ApiRequest::Fields fields = {.url = somewhere()}) const {
-        fields.url = *URL::parse(server.url(target));
-        return ApiRequest::make(std::move(fields));
+    [[nodiscard]] std::shared_ptr<const ApiRequest> request(std::string_view target, Extras extras = {}) const {
+        return ApiRequest::make({.url = *URL::parse(server.url(target)),
+                                 .payload = extras.payload,
+                                 .ifModifiedSince = extras.ifModifiedSince,
+                                 .usePost = extras.usePost});
     }
 
-    [[nodiscard]] ApiResponse load(std::shared_ptr<const ApiRequest> request, bool isCached = true) const {
-        Arrivals<ApiResponse> responses;
-        if (isCached) {
-            provider->loadCachedData(std::move(request), "context", responses.callback());
-        } else {
-            provider->loadData(std::move(request), "context", responses.callback());
-        }
-        const auto arrived = responses.wait();
-        EXPECT_EQ(arrived.front().isOnMain, isCached);
-        return arrived.front().value;
+    [[nodiscard]] ApiResponse load(const std::shared_ptr<const ApiRequest>& request) const {
+        return runBlocking(provider->loadCachedData(request, "context"));
     }
-
-    static URL somewhere() { return *URL::parse("http://localhost/"); }
 
     static std::int64_t code(const ApiResponse& response) { return response.error() ? response.error()->code() : 0; }
 
-    LoopbackServer server;
-    std::shared_ptr<SimpleHttpManager> httpManager = SimpleHttpManager::make();
+    testing::LoopbackServer server;
     std::shared_ptr<DataCache> cache = DataCache::make("cache.json");
-    std::shared_ptr<ApiDataProvider> provider = ApiDataProvider::make(httpManager, cache);
+    std::shared_ptr<ApiDataProvider> provider = ApiDataProvider::make(SimpleHttpManager::make(), cache);
 };
 
 }  // namespace corvane
