@@ -43,7 +43,6 @@ LoopbackResponse refusal(std::string_view reason) {
 }  // namespace
 
 Backend::Backend(std::time_t now) : season_(now), lastModified_(now - 90) {
-    server_.route("GET", "/v1/teams", [this](const Request& request) { return document(request, &Season::teams); });
     server_.route("GET", "/v1/fixtures",
                   [this](const Request& request) { return document(request, &Season::fixtures); });
     server_.route("GET", "/v1/standings",

@@ -74,17 +74,6 @@ std::optional<std::vector<Element>> readAll(const JSONValue& list) {
 
 }  // namespace
 
-std::optional<Teams> readTeams(const JSONValue& document) {
-    const JSONArray* const array = document["teams"].asArray();
-    if (array == nullptr) return std::nullopt;
-    Teams teams;
-    for (const JSONValue& value : *array) {
-        std::int64_t id = 0;
-        if (!read(value["id"], id) || !read(value["name"], teams[id])) return std::nullopt;
-    }
-    return teams;
-}
-
 std::optional<Matchday> readMatchday(const JSONValue& document) {
     auto fixtures = readAll<Fixture>(document["fixtures"]);
     Matchday matchday;

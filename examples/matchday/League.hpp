@@ -52,7 +52,6 @@ struct Goal {
 
 /// Readers of the back end's documents; absent when a document is not what it should be. Names come out fit for a
 /// terminal.
-[[nodiscard]] std::optional<Teams> readTeams(const corvane::JSONValue& document);
 [[nodiscard]] std::optional<Matchday> readMatchday(const corvane::JSONValue& document);
 [[nodiscard]] std::optional<std::vector<Standing>> readStandings(const corvane::JSONValue& document);
 [[nodiscard]] std::optional<std::vector<Goal>> readGoals(const corvane::JSONValue& document);

@@ -15,6 +15,7 @@
 #include <Corvane/Testing/LoopbackServer.hpp>
 
 #include "tests/Support/NginxOrigin.hpp"
+#include "tests/Support/TemporaryDirectory.hpp"
 
 namespace {
 
@@ -109,6 +110,23 @@ TEST(Matchday, FollowsItsOwnMatchday) {
                 AllOf(HasSubstr("Coastal League, matchday 12"), HasSubstr("Ashcombe Rovers"), HasSubstr("Standings"),
                       HasSubstr("304    no body"), HasSubstr("Unchanged since"), HasSubstr("ephemeral   200"),
                       HasSubstr("receipt P-0001"), HasSubstr("requests reported"), Not(HasSubstr("\033"))));
+}
+
+TEST(Matchday, KeepsTheChoiceOfTeamsInADocument) {
+    const corvane::testing::TemporaryDirectory documents;
+    const std::string directory = documents.path();
+    Matchday choosing({"--documents", directory, "--team", "Kestrel Bay"});
+    EXPECT_EQ(choosing.wait(), 0) << choosing.errors;
+    Matchday next({"--documents", directory});
+    EXPECT_EQ(next.wait(), 0) << next.errors;
+    for (const std::string& output : {choosing.output, next.output}) {
+        const std::string fixtures = output.substr(0, output.find("Standings"));
+        EXPECT_THAT(fixtures, AllOf(HasSubstr("Signed in as Guest, who follows Ashcombe Rovers."),
+                                    HasSubstr("Kestrel Bay"), Not(HasSubstr("Port Ellery"))));
+    }
+    Matchday unable({"--documents", "/proc/nowhere", "--all-teams"});
+    EXPECT_EQ(unable.wait(), 1);
+    EXPECT_THAT(unable.errors, HasSubstr("cannot keep the filter: No such file or directory"));
 }
 
 TEST(Matchday, ShowsColoursAndLogLinesWhenAsked) {

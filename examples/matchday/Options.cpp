@@ -60,13 +60,11 @@ std::optional<std::string> take(std::expected<Value, std::string> read, Field& f
 
 std::expected<Options, std::string> Options::parse(int argc, char** argv) {
     static constexpr option longOptions[] = {
-        {"url", required_argument, nullptr, 'u'},
-        {"ca-file", required_argument, nullptr, 'a'},
-        {"log", required_argument, nullptr, 'l'},
-        {"color", required_argument, nullptr, 'c'},
-        {"help", no_argument, nullptr, 'h'},
-        {"version", no_argument, nullptr, 'V'},
-        {nullptr, 0, nullptr, 0},
+        {"url", required_argument, nullptr, 'u'},       {"ca-file", required_argument, nullptr, 'a'},
+        {"team", required_argument, nullptr, 't'},      {"all-teams", no_argument, nullptr, 'T'},
+        {"documents", required_argument, nullptr, 'd'}, {"log", required_argument, nullptr, 'l'},
+        {"color", required_argument, nullptr, 'c'},     {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, 'V'},         {nullptr, 0, nullptr, 0},
     };
     Options options;
     std::optional<std::string> failure;
@@ -80,6 +78,16 @@ std::expected<Options, std::string> Options::parse(int argc, char** argv) {
             case 'a':
                 options.caFile = optarg;
                 if (access(optarg, R_OK) != 0) failure = fmt::format("cannot read the CA file '{}'", optarg);
+                break;
+            case 't':
+                if (!options.teams) options.teams.emplace();
+                options.teams->emplace_back(optarg);
+                break;
+            case 'T':
+                options.teams.emplace();
+                break;
+            case 'd':
+                options.documents = optarg;
                 break;
             case 'l':
                 failure = take(readLogLevel(optarg), options.logLevel);
@@ -110,7 +118,8 @@ std::expected<Options, std::string> Options::parse(int argc, char** argv) {
 }
 
 std::string_view Options::help() noexcept {
-    return R"(Usage: matchday [--log LEVEL] [--color WHEN]
+    return R"(Usage: matchday [--team NAME]... [--all-teams] [--documents DIR] [--log LEVEL]
+                [--color WHEN]
        matchday --url URL [--ca-file FILE] [--log LEVEL] [--color WHEN]
 
 A scoreboard for the terminal. Without --url it starts a back end of its own on
@@ -119,6 +128,10 @@ this machine, with a generated matchday, and follows the scores for a while.
   --url URL        download one JSON document twice, the second time with
                    If-Modified-Since, and show what came back
   --ca-file FILE   trust the certificate authorities in this PEM file
+  --team NAME      show only this team's games, now and next time; may be repeated
+  --all-teams      show all games again
+  --documents DIR  keep the choice of teams there instead of in the documents
+                   directory of the account
   --log LEVEL      write log lines to standard error: debug, info, error, off
                    (default: off)
   --color WHEN     auto, always or never (default: auto, which means on

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <Corvane/Platform/HTTP/URL.hpp>
 #include <Corvane/Platform/Logging/LogLevel.hpp>
@@ -19,6 +20,10 @@ struct Options {
     /// The document to download; absent for the scoreboard over the generated back end.
     std::optional<corvane::URL> url;
     std::string caFile;
+    /// The teams whose games are shown, from now on; absent to leave that as it was, none for all teams.
+    std::optional<std::vector<std::string>> teams;
+    /// Where the choice of teams is kept; empty for the user's documents directory.
+    std::string documents;
     corvane::LogLevel logLevel = corvane::LogLevel::off;
     ColorMode colors = ColorMode::automatic;
 

@@ -85,9 +85,9 @@ void Scoreboard::start() {
 }
 
 void Scoreboard::load() {
+    if (const auto session = sessionText(teams_)) terminal_.line(*session);
     heading("Loading");
-    pendingCount_ = 3;
-    downloads_.get("/v1/teams", {}, thenRead(&Scoreboard::teams_, readTeams));
+    pendingCount_ = 2;
     downloads_.get("/v1/standings", {}, thenRead(&Scoreboard::standings_, readStandings));
     downloads_.get(fixturesPath, {}, thenRead(&Scoreboard::matchday_, readMatchday));
 }
@@ -223,6 +223,7 @@ void Scoreboard::printFixtures(const std::set<std::int64_t>& changed) {
     using enum Table::Alignment;
     Table table({{" ", left}, {"Kick-off", left}, {"Home", right}, {"", center}, {"Away", left}, {"", left}});
     for (const Fixture& fixture : matchday_.fixtures) {
+        if (!filter_.isAllowed(name(fixture.home)) && !filter_.isAllowed(name(fixture.away))) continue;
         const bool isLive = fixture.status == Fixture::Status::live;
         table.add({{changed.contains(fixture.id) ? "•" : "", Style::live},
                    {fmt::format("{:%H:%M}", fmt::localtime(fixture.kickOff)), Style::faint},

@@ -14,6 +14,7 @@
 
 #include "Downloads.hpp"
 #include "League.hpp"
+#include "LocalFiles.hpp"
 #include "Terminal.hpp"
 
 namespace matchday {
@@ -69,7 +70,8 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     int pendingCount_ = 0;
     int requestCount_ = 0;
     std::optional<std::string> fixturesDate_;
-    Teams teams_;
+    Teams teams_ = bundledTeams();
+    TeamFilter filter_ = keptFilter();
     Matchday matchday_;
     std::vector<Standing> standings_;
 };

@@ -16,9 +16,6 @@ class Season {
   public:
     explicit Season(std::time_t now);
 
-    /// {"teams": [{"id", "name"}]}
-    [[nodiscard]] corvane::JSONDictionary teams() const;
-
     /// {"competition", "matchday", "fixtures": [{"id", "home", "away", "kickOff", "status", "minute", "score"}]}, with
     /// clubs by their ids, kick-offs in seconds since 1970, and the score absent before the kick-off.
     [[nodiscard]] corvane::JSONDictionary fixtures() const;

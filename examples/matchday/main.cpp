@@ -16,10 +16,12 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Platform/Application/BackgroundTasks.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Files/FileManager.hpp>
 #include <Corvane/Platform/Logging/Logging.hpp>
 
 #include "Backend.hpp"
 #include "DocumentReport.hpp"
+#include "LocalFiles.hpp"
 #include "Options.hpp"
 #include "Scoreboard.hpp"
 #include "SignalWatcher.hpp"
@@ -67,6 +69,13 @@ int run(const Options& options) {
         if (failure) complain(printable(*failure));
         stop(failure ? failed : success);
     };
+    if (!options.documents.empty()) corvane::FileManager::setDocumentsDirectory(options.documents);
+    if (options.teams) {
+        if (const auto kept = keepFilter(*options.teams); !kept) {
+            complain(kept.error());
+            return failed;
+        }
+    }
     std::optional<Backend> backend;
     std::shared_ptr<Scoreboard> scoreboard;
     std::shared_ptr<DocumentReport> report;
