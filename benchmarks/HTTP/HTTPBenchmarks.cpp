@@ -5,44 +5,19 @@
 //     HTTPBenchmarks --benchmark_filter=Many
 //     HTTPBenchmarks --benchmark_filter=Memory
 
-#include <algorithm>
 #include <chrono>
-#include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "CorvaneClient.hpp"
 #include "CurlClients.hpp"
+#include "MeasureEach.hpp"
 #include "MemoryInFlight.hpp"
 #include "QtClient.hpp"
 #include "RawClients.hpp"
 #include "benchmarks/Goals.hpp"
 
 namespace {
-
-using SteadyClock = std::chrono::steady_clock;
-
-double microseconds(SteadyClock::duration time) {
-    return std::chrono::duration<double, std::micro>(time).count();
-}
-
-/// Measures `ask` once an iteration: percentiles, and CPU of the client per thousand.
-template <class Ask>
-void measureEach(benchmark::State& state, Ask ask) {
-    for (int i = 0; i < 20; ++i)
-        ask();
-    std::vector<double> times;
-    const double cpu = cpuSeconds();
-    for (auto iteration : state) {
-        const auto start = SteadyClock::now();
-        ask();
-        times.push_back(microseconds(SteadyClock::now() - start));
-    }
-    state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / static_cast<double>(times.size());
-    std::ranges::sort(times);
-    state.counters["p50_us"] = times[times.size() / 2];
-    state.counters["p99_us"] = times[times.size() * 99 / 100];
-}
 
 template <class Client>
 void Get(benchmark::State& state) {
@@ -64,11 +39,11 @@ void Many(benchmark::State& state) {
     const std::size_t total = document == 0 ? 6400 : 1280;
     client.getMany(document, 640);
     const double cpu = cpuSeconds();
-    const auto start = SteadyClock::now();
+    const auto start = std::chrono::steady_clock::now();
     for (auto iteration : state)
         client.getMany(document, total);
     const double requests = static_cast<double>(total) * static_cast<double>(state.iterations());
-    state.counters["per_s"] = requests * 1e6 / microseconds(SteadyClock::now() - start);
+    state.counters["per_s"] = requests * 1e6 / microsecondsSince(start);
     state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / requests;
 }
 

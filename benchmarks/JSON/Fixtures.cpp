@@ -1,5 +1,6 @@
 #include "benchmarks/JSON/Fixtures.hpp"
 
+#include <map>
 #include <random>
 #include <string>
 
@@ -33,7 +34,8 @@ std::string fixtures(std::size_t size) {
 }  // namespace
 
 const Data& document(std::int64_t size) {
-    static const Data small(fixtures(20'000));
-    static const Data large(fixtures(1'000'000));
-    return size == 20'000 ? small : large;
+    static std::map<std::int64_t, Data> documents;
+    const auto [entry, isNew] = documents.try_emplace(size);
+    if (isNew) entry->second = Data(fixtures(static_cast<std::size_t>(size)));
+    return entry->second;
 }

@@ -4,5 +4,5 @@
 
 #include <Corvane/Platform/Data.hpp>
 
-/// A matchday as the back end sends it: nested objects, odds, escapes, UTF-8. Of 20,000 or 1,000,000 bytes and a few.
+/// A matchday as the back end sends it: nested objects, odds, escapes, UTF-8. Of `size` bytes and a few.
 [[nodiscard]] const corvane::Data& document(std::int64_t size);
