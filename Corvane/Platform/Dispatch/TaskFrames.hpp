@@ -11,8 +11,8 @@
 namespace corvane {
 
 /// Memory for the frames of tasks: each thread keeps some of those it gave back, so that a task which awaits others in
-/// a loop does not go to the heap. What a thread keeps is bounded (16 KiB for each of fifteen sizes) and freed when
-/// the thread ends. A frame may be given back on another thread than it was taken on.
+/// a loop does not go to the heap. Threads that give back more than they take pass frames on to the others, in batches.
+/// What is kept is bounded, for each of fifteen sizes: 16 KiB a thread, freed when it ends, and 128 KiB for all.
 ///
 /// Under AddressSanitizer nothing is kept: it could not tell a frame's next life from its last.
 class CORVANE_EXPORT TaskFrames {
@@ -28,7 +28,7 @@ class CORVANE_EXPORT TaskFrames {
                 return std::exchange(shelf.first, shelf.first->next);
             }
         }
-        return ::operator new(number * step);
+        return takeSlowly(number);
     }
 
     static void giveBack(void* frame, std::size_t size) noexcept {
@@ -41,7 +41,7 @@ class CORVANE_EXPORT TaskFrames {
                 return;
             }
         }
-        giveBackSlowly(frame);
+        giveBackSlowly(frame, number);
     }
 
   private:
@@ -57,8 +57,11 @@ class CORVANE_EXPORT TaskFrames {
     };
 
     class Clearance;
+    class Depot;
 
-    static void giveBackSlowly(void* frame) noexcept;
+    [[nodiscard]] static void* takeSlowly(std::size_t number);
+    static void giveBackSlowly(void* frame, std::size_t number) noexcept;
+    [[nodiscard]] static bool openShelves() noexcept;
 
     static constexpr std::size_t step = 64;
     static constexpr std::size_t shelfCount = 16;
