@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <Corvane/Platform/Dispatch/Private/BlockEnd.hpp>
 #include <Corvane/Platform/Dispatch/Private/DelayedWork.hpp>
 #include <Corvane/Platform/Dispatch/Private/QueueFrame.hpp>
 #include <Corvane/Platform/Dispatch/Private/SerialQueue.hpp>
@@ -41,6 +42,7 @@ void SerialQueue::postDrain(QoSClass qosClass) {
 
 void SerialQueue::drain() noexcept {
     const QueueFrame frame(this);
+    const bool isLastJob = BlockEnd::isLastBlock();
     std::vector<Work> batch;
     std::size_t used = 0;
     {
@@ -58,6 +60,7 @@ void SerialQueue::drain() noexcept {
             runningClass = std::exchange(drainClass_, qos().qosClass);
         }
         for (Work& work : batch) {
+            BlockEnd::announceLast(isLastJob && &work == &batch.back());
             work();
             work = nullptr;
         }

@@ -147,16 +147,12 @@ class CORVANE_EXPORT TaskPromiseBase {
     }
 
     void end() noexcept {
-        switch (role_) {
-            case Role::inlined:
-                break;
-            case Role::detached:
-                context_->resumeNext(parent_);
-                break;
-            case Role::bound:
-            case Role::root:
-                context_->suspend(*context_);
-                break;
+        if (role_ == Role::inlined) [[likely]]
+            return;
+        if (role_ == Role::detached) {
+            context_->resumeNext(parent_);
+        } else {
+            context_->suspend(*context_);
         }
     }
 

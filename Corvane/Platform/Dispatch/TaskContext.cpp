@@ -1,5 +1,6 @@
 #include <mutex>
 
+#include <Corvane/Platform/Dispatch/Private/BlockEnd.hpp>
 #include <Corvane/Platform/Dispatch/TaskContext.hpp>
 
 namespace corvane {
@@ -53,6 +54,7 @@ void TaskContext::run(std::coroutine_handle<> task) noexcept {
 }
 
 std::coroutine_handle<> BoundTaskContext::commit() noexcept {
+    const BlockEnd::Near ends;
     if (child_) {
         enqueue(std::exchange(child_, nullptr));
     } else {

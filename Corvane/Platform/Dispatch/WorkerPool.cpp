@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include <Corvane/Platform/Dispatch/Private/BlockEnd.hpp>
 #include <Corvane/Platform/Dispatch/Private/PoolSupervisor.hpp>
 #include <Corvane/Platform/Dispatch/Private/QueueFrame.hpp>
 #include <Corvane/Platform/Dispatch/Private/ThreadIdentity.hpp>
@@ -93,7 +94,7 @@ void WorkerPool::push(Work&& work) {
         const std::lock_guard lock(mutex_);
         waiting_.pushBack(std::move(work));
         noteWaiting();
-        help = summon();
+        if (threadClass != qosClass_ || !BlockEnd::isAtHand()) help = summon();
     }
     give(help);
 }
@@ -178,6 +179,7 @@ std::size_t WorkerPool::runBatch(Worker& worker, std::size_t size) noexcept {
         const std::size_t index = worker.claimed.fetch_add(1, std::memory_order_acq_rel);
         if (index >= size) break;
         Work& work = worker.batch[index];
+        BlockEnd::announceLast(index + 1 == size);
         work();
         work = nullptr;
         ++ran;
