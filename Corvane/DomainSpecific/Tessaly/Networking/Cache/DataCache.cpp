@@ -24,10 +24,10 @@ DataCache::Records DataCache::cache() const {
     return cache_;
 }
 
-void DataCache::store(std::string urlString, DataCacheRecord record) {
+void DataCache::store(const std::string& urlString, DataCacheRecord record) {
     const std::lock_guard guard(lock_);
-    const auto [entry, isNew] = cache_.try_emplace(std::move(urlString), std::move(record));
-    // Not lost: try_emplace leaves its arguments alone when the key is there. The older record ends after the lock.
+    const auto [entry, isNew] = cache_.try_emplace(urlString, std::move(record));
+    // Still whole: try_emplace leaves it alone when the key is there. The older record ends after the lock.
     if (!isNew) std::swap(entry->second, record);  // NOLINT(bugprone-use-after-move)
 }
 

@@ -37,7 +37,7 @@ class CORVANE_EXPORT DataCache {
     [[nodiscard]] Records cache() const;
 
     /// Keeps `record` under `urlString`, in place of an older one.
-    void store(std::string urlString, DataCacheRecord record);
+    void store(const std::string& urlString, DataCacheRecord record);
 
     [[nodiscard]] std::optional<DataCacheRecord> lookup(const std::string& urlString) const;
 
