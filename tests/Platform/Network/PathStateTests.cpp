@@ -85,7 +85,8 @@ TEST(PathState, BecomesFlags) {
     } cases[] = {
         {"through a gateway", routeOf(gateway4), link(running), internet4, "", "-R -------"},
         {"to a neighbour", routeOf(direct4), link(running), internet4, "", "-R ------d"},
-        {"to this machine, whatever the link", routeOf(local4), std::nullopt, internet4, "", "-R -----ld"},
+        {"to this machine", routeOf(local4), link(noCarrier), internet4, "", "-R -----ld"},
+        {"to this machine, loopback down", routeOf(local4), link(down), internet4, "", "-- -------"},
         {"over IPv6", routeOf(gateway6), link(running), internet6, "", "-R -------"},
         {"over IPv6 without an address", routeOf(sourceless6), link(running), internet6, "", "-- -------"},
         {"from a link-local address", fromLinkLocal, link(running), internet6, "", "-- -------"},

@@ -137,11 +137,13 @@ NetworkFlags flagsOf(const SocketAddress& target, const std::optional<RouteState
     if (!route || !leadsSomewhere(route->type)) return {};
     NetworkFlags flags = NetworkFlag::reachable;
     if (!route->hasGateway) flags |= NetworkFlag::isDirect;
-    if (route->type == RTN_LOCAL) return flags | NetworkFlag::isLocalAddress;
 
-    // The kernel goes on routing into a link that has lost its carrier, hence the look at it.
-    constexpr std::uint32_t usable = IFF_UP | IFF_RUNNING;
-    if (!link || (link->flags & usable) != usable) return {};
+    // The kernel goes on routing into a link that is down or has lost its carrier, hence the look at it. What stays on
+    // this machine needs no carrier.
+    const bool isLocal = route->type == RTN_LOCAL;
+    const std::uint32_t needed = isLocal ? IFF_UP : IFF_UP | IFF_RUNNING;
+    if (!link || (link->flags & needed) != needed) return {};
+    if (isLocal) return flags | NetworkFlag::isLocalAddress;
     if (!route->source || !findsBackTo(*route->source, target)) return {};
     if ((link->flags & IFF_POINTOPOINT) != 0) flags |= NetworkFlag::transientConnection;
     if (isWWAN(*link)) flags |= NetworkFlag::isWWAN;
