@@ -1,8 +1,7 @@
-#include <functional>
+#include <cctype>
 #include <limits>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,212 +16,154 @@ namespace corvane {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using testing::LogRecorder;
-using testing::VirtualClock;
 using Mode = PreConcurrencyEventThrottler::Mode;
 
-/// Submissions by name, and what became of them: "a" fired, "-a" was denied.
-class EventRegulatorTest : public ::testing::Test {
-  protected:
-    std::function<void()> event(std::string name, std::function<void()> next = nullptr) {
-        return [this, name = std::move(name), next = std::move(next)] {
-            outcome.push_back(name);
-            if (next) next();
+/// Plays a script and writes what comes of it. A letter submits the event of that name; '.' lets 0.1 s pass; 'r'
+/// resets,
+/// '!' invalidates, 'w' sets the wall clock back. What comes is the event's name when it fires, with '-' before it when
+/// it is denied, and '.' for the time. An event named by a capital submits the small one, whether it fires or is
+/// denied.
+class Script {
+  public:
+    template <class Regulator>
+    std::string play(Regulator& regulator, const std::string& script) {
+        for (const char step : script) {
+            if (step == '.') {
+                outcome += '.';
+                clock.advance(0.1);
+            } else if (step == 'r') {
+                regulator.reset();
+            } else if (step == '!') {
+                regulator.invalidate();
+            } else if (step == 'w') {
+                clock.setWallTime(clock.now() - std::chrono::hours(1));
+            } else {
+                submit(regulator, step);
+            }
+        }
+        return outcome;
+    }
+
+    testing::VirtualClock clock;
+    std::string outcome;
+
+  private:
+    template <class Regulator>
+    void submit(Regulator& regulator, char name) {
+        const auto happens = [this, &regulator, name](const char* how) {
+            outcome += how;
+            outcome += name;
+            if (std::isupper(name) != 0) submit(regulator, static_cast<char>(std::tolower(name)));
         };
+        const auto event = [happens] { happens(""); };
+        const auto onDeny = [happens] { happens("-"); };
+        if constexpr (requires { regulator.debounce(event); }) {
+            regulator.debounce(event, onDeny);
+        } else {
+            regulator.throttle(event, onDeny);
+        }
     }
-
-    void submit(PreConcurrencyEventDebouncer& debouncer, const std::string& name, std::function<void()> next = nullptr,
-                std::function<void()> nextWhenDenied = nullptr) {
-        debouncer.debounce(event(name, std::move(next)), event("-" + name, std::move(nextWhenDenied)));
-    }
-
-    void submit(PreConcurrencyEventThrottler& throttler, const std::string& name, std::function<void()> next = nullptr,
-                std::function<void()> nextWhenDenied = nullptr) {
-        throttler.throttle(event(name, std::move(next)), event("-" + name, std::move(nextWhenDenied)));
-    }
-
-    VirtualClock clock;
-    std::vector<std::string> outcome;
 };
 
 }  // namespace
 
-TEST_F(EventRegulatorTest, DebouncesToTheLastEventAndItsOwnDelay) {
-    const LogRecorder log;
-    auto debouncer = PreConcurrencyEventDebouncer::make("filter", 0.5);
-    for (const auto* name : {"a", "b", "c"}) {
-        submit(*debouncer, name);
-        clock.advance(0.4);
+TEST(EventRegulator, DebouncesAndThrottles) {
+    const struct {
+        char kind;  // debouncer, or throttler, deferred or immediate, of 0.5 s
+        const char* script;
+        const char* outcome;
+    } rows[] = {
+        {'d', "a....b....c......", "....-a....-b.....c."},
+        {'d', "a....x.....", "....-a.....x"},
+        {'d', "a....r......", ".........a."},
+        {'d', "a..!......", "..-a......"},
+        {'d', "A..........", ".....A.....a"},
+        {'d', "Ab.....", "-A-b.....a"},
+        {'d', "A!.....", "-A.....a"},
+        {'f', "a....b......", "....-a.b....."},
+        {'f', "a.........b.....", ".....a.........b"},
+        {'f', "a...r.....", "........a"},
+        {'f', "a..!..b......", "..-a.......b."},
+        {'f', "A..........", ".....A.....a"},
+        {'f', "Ab.....", "-A-b.....a"},
+        {'i', "a......", ".....a."},
+        {'i', "a..........b.....", ".....a..........b"},
+        {'i', "a....w.......bc......", ".....a......b.....c."},
+        {'i', "a...........B......", ".....a......B.....b."},
+        {'i', "a...........!b.....", ".....a...........b"},
+    };
+
+    for (const auto& [kind, script, outcome] : rows) {
+        Script play;
+        SCOPED_TRACE(kind);
+        if (kind == 'd') {
+            const auto debouncer = PreConcurrencyEventDebouncer::make("", 0.5);
+            EXPECT_EQ(play.play(*debouncer, script), outcome) << script;
+        } else {
+            const auto mode = kind == 'f' ? Mode::deferred : Mode::immediate;
+            const auto throttler = PreConcurrencyEventThrottler::make("", mode, 0.5);
+            EXPECT_EQ(play.play(*throttler, script), outcome) << script;
+        }
     }
-    EXPECT_THAT(outcome, ElementsAre("-a", "-b"));
-    clock.advance(0.1);
-    clock.advance(10);
-    EXPECT_THAT(outcome, ElementsAre("-a", "-b", "c"));
+}
 
-    submit(*debouncer, "d");
-    clock.advance(0.4);
-    debouncer->reset();
-    clock.advance(0.4);
-    EXPECT_EQ(outcome.size(), 3U) << "reset starts the delay over";
-    clock.advance(0.1);
-    EXPECT_EQ(outcome.back(), "d");
-
-    submit(*debouncer, "e");
-    debouncer->invalidate();
-    clock.advance(10);
-    EXPECT_EQ(outcome.back(), "-e");
-
+TEST(EventRegulator, LogsItsDecisions) {
+    const testing::LogRecorder log;
+    Script script;
+    auto debouncer = PreConcurrencyEventDebouncer::make("filter");
+    script.play(*debouncer, "ab....");
     debouncer.reset();
+    script.play(*PreConcurrencyEventThrottler::make(Mode::immediate), "a.......bc...");
     EXPECT_THAT(log.messages("Unspecified"),
-                ElementsAre("filter fires last debounced event", "filter fires last debounced event",
-                            "filter has been destroyed"));
+                ElementsAre("filter fires last debounced event", "filter has been destroyed",
+                            "Unnamed EventThrottler (Synchronous) delays event",
+                            "Unnamed EventThrottler (Synchronous) fires last delayed event",
+                            "Unnamed EventThrottler (Synchronous) fires immediate event",
+                            "Unnamed EventThrottler (Synchronous) fires last delayed event",
+                            "Unnamed EventThrottler (Synchronous) has been destroyed"));
     EXPECT_EQ(log.entries().front().level, LogLevel::debug);
 }
 
-TEST_F(EventRegulatorTest, ThrottlesToTheLastEventOfAWindow) {
-    const LogRecorder log;
-    const auto throttler = PreConcurrencyEventThrottler::make("score", Mode::deferred, 1.0);
-    submit(*throttler, "a");
-    clock.advance(0.9);
-    submit(*throttler, "b");
-    EXPECT_THAT(outcome, ElementsAre("-a"));
-    clock.advance(0.1);
-    EXPECT_THAT(outcome, ElementsAre("-a", "b")) << "the window does not start over";
-    clock.advance(5);
-    submit(*throttler, "c");
-    throttler->invalidate();
-    submit(*throttler, "d");
-    clock.advance(0.5);
-    throttler->reset();
-    clock.advance(0.5);
-    EXPECT_THAT(outcome, ElementsAre("-a", "b", "-c")) << "reset starts the window over";
-    clock.advance(0.5);
-    EXPECT_EQ(outcome.back(), "d");
-    EXPECT_THAT(log.messages(),
-                ElementsAre("score delays event", "score fires last delayed event", "score delays event",
-                            "score delays event", "score fires last delayed event"));
-}
-
-TEST_F(EventRegulatorTest, FiresAtOnceOnlyLongerThanAWindowAfterTheLastOne) {
-    const LogRecorder log;
-    const auto throttler = PreConcurrencyEventThrottler::make(Mode::immediate);
-    submit(*throttler, "first");
-    EXPECT_THAT(outcome, IsEmpty());
-    clock.advance(0.3);
-    EXPECT_EQ(outcome.back(), "first");
-    clock.advance(0.3);
-    submit(*throttler, "exactly one window later");
-    EXPECT_EQ(outcome.back(), "first");
-    clock.advance(0.3);
-    clock.setWallTime(clock.now() - std::chrono::hours(1));
-    clock.advance(0.31);
-    submit(*throttler, "late");
-    EXPECT_EQ(outcome.back(), "late");
-    submit(*throttler, "in its window");
-    EXPECT_EQ(outcome.back(), "late");
-    clock.advance(0.3);
-    EXPECT_EQ(outcome.back(), "in its window");
-    clock.advance(0.31);
-    throttler->invalidate();
-    submit(*throttler, "first again");
-    EXPECT_EQ(outcome.back(), "in its window");
-    EXPECT_THAT(log.messages(), ElementsAre("Unnamed EventThrottler (Synchronous) delays event",
-                                            "Unnamed EventThrottler (Synchronous) fires last delayed event",
-                                            "Unnamed EventThrottler (Synchronous) delays event",
-                                            "Unnamed EventThrottler (Synchronous) fires last delayed event",
-                                            "Unnamed EventThrottler (Synchronous) fires immediate event",
-                                            "Unnamed EventThrottler (Synchronous) fires last delayed event",
-                                            "Unnamed EventThrottler (Synchronous) delays event"));
-    throttler->invalidate();
-}
-
-TEST_F(EventRegulatorTest, LosesNothingThatItsOwnCallbacksSubmit) {
-    const auto debouncer = PreConcurrencyEventDebouncer::make();
-    submit(*debouncer, "a", [&] { submit(*debouncer, "from a"); });
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("a"));
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("a", "from a"));
-
-    outcome.clear();
-    submit(*debouncer, "b", nullptr, [&] { submit(*debouncer, "from -b"); });
-    submit(*debouncer, "c");
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("-b", "-c", "from -b"));
-
-    outcome.clear();
-    submit(*debouncer, "d", nullptr, [&] { submit(*debouncer, "from -d"); });
-    debouncer->invalidate();
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("-d", "from -d"));
-
-    for (const auto mode : {Mode::deferred, Mode::immediate}) {
-        outcome.clear();
-        const auto throttler = PreConcurrencyEventThrottler::make(mode);
-        submit(*throttler, "a", [&] { submit(*throttler, "from a"); });
-        clock.advance(0.3);
-        EXPECT_THAT(outcome, ElementsAre("a"));
-        clock.advance(0.3);
-        EXPECT_THAT(outcome, ElementsAre("a", "from a"));
-    }
-
-    outcome.clear();
-    const auto throttler = PreConcurrencyEventThrottler::make(Mode::immediate);
-    submit(*throttler, "a");
-    clock.advance(1);
-    submit(*throttler, "at once", [&] { submit(*throttler, "from at once"); });
-    EXPECT_THAT(outcome, ElementsAre("a", "at once"));
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("a", "at once", "from at once"));
-}
-
-TEST_F(EventRegulatorTest, LivesUntilWhatWaitsHasFired) {
+TEST(EventRegulator, LivesUntilWhatWaitsHasFired) {
+    Script script;
     auto debouncer = PreConcurrencyEventDebouncer::make();
-    auto throttler = PreConcurrencyEventThrottler::make(Mode::deferred);
-    const std::weak_ptr weakDebouncer = debouncer;
-    const std::weak_ptr weakThrottler = throttler;
-    submit(*debouncer, "a", [&] { weakDebouncer.lock()->invalidate(); });
-    submit(*throttler, "b", [&] { weakThrottler.lock()->invalidate(); });
+    const std::weak_ptr weak = debouncer;
+    debouncer->debounce([&] {
+        script.outcome += 'a';
+        weak.lock()->invalidate();
+    });
     debouncer.reset();
-    throttler.reset();
-    clock.advance(0.3);
-    EXPECT_THAT(outcome, ElementsAre("a", "b"));
-    EXPECT_TRUE(weakDebouncer.expired());
-    EXPECT_TRUE(weakThrottler.expired());
+    EXPECT_EQ(script.play(*weak.lock(), "..."), "...a");
+    EXPECT_TRUE(weak.expired());
 
     // The owner lets go inside a denial, and inside an event that fires at once.
     debouncer = PreConcurrencyEventDebouncer::make();
-    submit(*debouncer, "c", nullptr, [&] { debouncer.reset(); });
+    debouncer->debounce(nullptr, [&] { debouncer.reset(); });
     debouncer->invalidate();
-    throttler = PreConcurrencyEventThrottler::make(Mode::immediate);
+    EXPECT_EQ(debouncer, nullptr);
+    auto throttler = PreConcurrencyEventThrottler::make(Mode::immediate);
     throttler->throttle(nullptr);
-    clock.advance(1);
-    submit(*throttler, "d", [&] {
+    script.clock.advance(1);
+    throttler->throttle([&] {
         throttler->invalidate();
         throttler.reset();
     });
-    EXPECT_THAT(outcome, ElementsAre("a", "b", "-c", "d"));
+    EXPECT_EQ(throttler, nullptr);
 }
 
-TEST_F(EventRegulatorTest, HasAnAnswerToAnyTime) {
+TEST(EventRegulator, HasAnAnswerToAnyTime) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    for (const double time : {0.0, -1.0, -infinity, std::numeric_limits<double>::quiet_NaN()}) {
-        outcome.clear();
+    for (const double time : {0.0, -1.0, -infinity, std::numeric_limits<double>::quiet_NaN(), infinity, 1e300}) {
+        Script script;
         const auto debouncer = PreConcurrencyEventDebouncer::make(std::nullopt, time);
         const auto throttler = PreConcurrencyEventThrottler::make(Mode::immediate, time);
-        submit(*debouncer, "debounced");
-        submit(*throttler, "throttled");
-        EXPECT_THAT(outcome, IsEmpty()) << time;
-        clock.advance(0.0001);
-        EXPECT_THAT(outcome, ElementsAre("debounced", "throttled")) << time;
+        script.play(*debouncer, "d");
+        script.play(*throttler, "t");
+        script.clock.advance(0.0001);
+        EXPECT_EQ(script.outcome, time > 0 ? "" : "dt") << time;
+        debouncer->invalidate();
+        throttler->invalidate();
     }
-    outcome.clear();
-    const auto debouncer = PreConcurrencyEventDebouncer::make(std::nullopt, infinity);
-    submit(*debouncer, "never");
-    clock.advance(1e9);
-    EXPECT_THAT(outcome, IsEmpty());
-    debouncer->invalidate();
 }
 
 }  // namespace corvane

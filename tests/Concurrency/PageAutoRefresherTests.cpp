@@ -1,4 +1,5 @@
 #include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -9,109 +10,81 @@ namespace corvane {
 
 namespace {
 
-class Page final : public AutoRefreshablePage {
-  public:
-    explicit Page(PageAutoRefresher::Options options, double interval = 10)
-        : refresher(PageAutoRefresher::make(interval, options)) {}
-
+struct Page final : AutoRefreshablePage {
     void refreshPage() override {
-        ++refreshes;
+        outcome += '*';
         if (dropsRefresher) refresher.reset();
     }
 
+    std::string& outcome;
     std::shared_ptr<PageAutoRefresher> refresher;
     bool dropsRefresher = false;
-    int refreshes = 0;
-};
 
-std::shared_ptr<Page> makePage(PageAutoRefresher::Options options) {
-    auto page = std::make_shared<Page>(options);
-    page->refresher->inject(page);
-    return page;
-}
+    Page(std::string& itsOutcome, PageAutoRefresher::Options options)
+        : outcome(itsOutcome), refresher(PageAutoRefresher::make(2, options)) {}
+};
 
 }  // namespace
 
+/// In a script the page appears 'A' and disappears 'D' and ends 'x'; 's', 'o', 'r' start, stop and restart; '2' and '3'
+/// set the interval, 'd' has the next refresh drop the refresher, '.' lets a second pass. '*' comes for each refresh.
 TEST(PageAutoRefresher, RefreshesAsItsOptionsSay) {
+    constexpr PageAutoRefresher::Options always{}, presented{.refreshPresentedPageOnly = true},
+        eachTime{.refreshPresentedPageOnly = true, .refreshOnPageAppear = true},
+        notFirst{.refreshOnPageAppear = true, .skipRefreshOnFirstPageAppear = true};
+
     const struct {
         PageAutoRefresher::Options options;
-        int firstAppearance, tenSecondsLater, whileGone, secondAppearance, fiveSecondsLater;
-    } cases[] = {
-        {{.refreshPresentedPageOnly = false}, 0, 1, 2, 2, 3},
-        {{.refreshPresentedPageOnly = true}, 0, 1, 1, 1, 1},
-        {{.refreshPresentedPageOnly = true, .refreshOnPageAppear = true}, 1, 2, 2, 3, 3},
-        {{.refreshPresentedPageOnly = true, .refreshOnPageAppear = true, .skipRefreshOnFirstPageAppear = true},
-         0,
-         1,
-         1,
-         2,
-         2},
-        {{.refreshOnPageAppear = true, .skipRefreshOnFirstPageAppear = true}, 0, 1, 2, 3, 4},
+        const char* script;
+        const char* outcome;
+    } rows[] = {
+        {always, "..A...D.A..", "....*..*..*"},
+        {presented, "A...D...A...", "..*......*."},
+        {eachTime, "A...D...A.A..", "*..*....*.*..*"},
+        {notFirst, "A.D.A.A..", "..**.*.*."},
+        {always, "3...s..2..3....", ".......*...*."},
+        {always, "s.r..o...", "...*..."},
+        {always, "s2.2..", "..*."},
+        {always, "s...x...", "..*...."},
+        {eachTime, "dA....", "*...."},
+        {always, "sd......", "..*...."},
     };
 
-    testing::VirtualClock clock;
-    for (const auto& row : cases) {
-        SCOPED_TRACE(&row - cases);
-        const auto page = makePage(row.options);
+    for (const auto& [options, script, expected] : rows) {
+        testing::VirtualClock clock;
+        std::string outcome;
+        auto page = std::make_shared<Page>(outcome, options);
+        const std::weak_ptr refresher = page->refresher;
+        page->refresher->inject(page);
+        const auto keptAfterPage = std::string(script).find('x') == std::string::npos ? nullptr : page->refresher;
         EXPECT_FALSE(page->refresher->wasPageOnScren());
-        page->refresher->pageDidAppear();
-        EXPECT_TRUE(page->refresher->wasPageOnScren());
-        EXPECT_EQ(page->refreshes, row.firstAppearance);
-        clock.advance(10);
-        EXPECT_EQ(page->refreshes, row.tenSecondsLater);
-        page->refresher->pageWillDissapear();
-        clock.advance(15);
-        EXPECT_EQ(page->refreshes, row.whileGone);
-        page->refresher->pageDidAppear();
-        EXPECT_EQ(page->refreshes, row.secondAppearance);
-        clock.advance(5);
-        EXPECT_EQ(page->refreshes, row.fiveSecondsLater);
+        for (const char* step = script; *step != '\0'; ++step) {
+            if (*step == '.') {
+                outcome += '.';
+                clock.advance(1);
+            } else if (*step == 'x') {
+                page.reset();
+            } else if (*step == 'd') {
+                page->dropsRefresher = true;
+            } else if (*step == 'A') {
+                page->refresher->pageDidAppear();
+            } else if (*step == 'D') {
+                EXPECT_TRUE(page->refresher->wasPageOnScren());
+                page->refresher->pageWillDissapear();
+            } else if (*step == 's') {
+                page->refresher->start();
+            } else if (*step == 'o') {
+                page->refresher->stop();
+            } else if (*step == 'r') {
+                page->refresher->restart();
+            } else {
+                page->refresher->update(*step - '0');
+                EXPECT_EQ(page->refresher->currentInterval(), *step - '0');
+            }
+        }
+        EXPECT_EQ(outcome, expected) << script;
+        EXPECT_EQ(refresher.expired(), page != nullptr && page->dropsRefresher) << script;
     }
-}
-
-TEST(PageAutoRefresher, ChangesTheIntervalOfWhatRuns) {
-    testing::VirtualClock clock;
-    const auto page = makePage({});
-    auto& refresher = *page->refresher;
-    refresher.update(3);
-    EXPECT_EQ(refresher.currentInterval(), 3);
-    clock.advance(20);
-    EXPECT_EQ(page->refreshes, 0) << "changing the interval does not start it";
-
-    refresher.start();
-    clock.advance(2);
-    refresher.update(3);
-    clock.advance(1);
-    EXPECT_EQ(page->refreshes, 1) << "the same interval leaves the timer alone";
-    refresher.update(5);
-    clock.advance(4);
-    EXPECT_EQ(page->refreshes, 1);
-    refresher.restart();
-    clock.advance(4);
-    EXPECT_EQ(page->refreshes, 1);
-    clock.advance(1);
-    EXPECT_EQ(page->refreshes, 2);
-    refresher.stop();
-    clock.advance(20);
-    EXPECT_EQ(page->refreshes, 2);
-}
-
-TEST(PageAutoRefresher, OutlivesItsPageAndNotItsOwner) {
-    testing::VirtualClock clock;
-    auto page = makePage({.refreshOnPageAppear = true});
-    const auto refresher = page->refresher;
-    refresher->pageDidAppear();
-    page.reset();
-    clock.advance(30);
-    refresher->pageDidAppear();
-
-    page = makePage({.refreshOnPageAppear = true});
-    const std::weak_ptr weak = page->refresher;
-    page->dropsRefresher = true;
-    page->refresher->pageDidAppear();
-    EXPECT_TRUE(weak.expired());
-    clock.advance(30);
-    EXPECT_EQ(page->refreshes, 1);
 }
 
 }  // namespace corvane

@@ -1,6 +1,5 @@
 #include <memory>
 #include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,8 +41,4 @@ TEST(ObjectLifecycleMonitor, PrintsWhatIsStillThere) {
     described.reset();
     EXPECT_EQ(printed(), "");
     EXPECT_TRUE(corvane::ObjectLifecycleMonitor::objects().empty());
-
-    for (int i = 0; i < 1000; ++i)
-        corvane::ObjectLifecycleMonitor::add(std::make_shared<int>(i));
-    EXPECT_LT(corvane::ObjectLifecycleMonitor::objects().size(), 100U) << "those that have gone make room";
 }
