@@ -2,17 +2,17 @@
 #include <limits>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/DispatchGroupIdentifiable.hpp>
-#include <Corvane/Testing/VirtualClock.hpp>
+
+#include "Timeline.hpp"
 
 namespace corvane {
 
 /// In a script a small letter enters and its capital leaves; 'n' has the group tell, 't' also after two seconds; '!'
-/// invalidates, 'x' ends the group, and '.' lets a second pass. What comes is '*' for each call, and '.' for the time.
+/// invalidates, 'x' ends the group. '*' comes of each call.
 TEST(DispatchGroupIdentifiable, TellsWhenAllHaveLeftOrTimeIsOut) {
     const struct {
         const char* script;
@@ -25,28 +25,20 @@ TEST(DispatchGroupIdentifiable, TellsWhenAllHaveLeftOrTimeIsOut) {
     };
 
     for (const auto& [script, expected] : rows) {
-        testing::VirtualClock clock;
+        Timeline timeline;
         std::optional<DispatchGroupIdentifiable<char>> group(std::in_place);
-        std::string outcome;
-        for (const char* step = script; *step != '\0'; ++step) {
-            if (*step == '.') {
-                outcome += '.';
-                clock.advance(1);
-            } else if (*step == 'n' || *step == 't') {
-                const auto timeout = *step == 't' ? std::optional(2.0) : std::nullopt;
-                group->notify(DispatchQueue::main(), timeout, [&] { outcome += '*'; });
-            } else if (*step == '!') {
-                group->invalidate();
-                EXPECT_TRUE(group->waitingItems().empty());
-            } else if (*step == 'x') {
-                group.reset();
-            } else if (std::isupper(*step) != 0) {
-                group->leave(static_cast<char>(std::tolower(*step)));
-            } else {
-                group->enter(*step);
-            }
+        const auto notify = [&](std::optional<double> timeout) {
+            group->notify(DispatchQueue::main(), timeout, [&] { timeline.outcome += '*'; });
+        };
+        Timeline::Steps steps{{'n', [&] { notify(std::nullopt); }},
+                              {'t', [&] { notify(2); }},
+                              {'!', [&] { group->invalidate(); }},
+                              {'x', [&] { group.reset(); }}};
+        for (const char item : {'a', 'b', 'c'}) {
+            steps[item] = [&group, item] { group->enter(item); };
+            steps[static_cast<char>(std::toupper(item))] = [&group, item] { group->leave(item); };
         }
-        EXPECT_EQ(outcome, expected) << script;
+        EXPECT_EQ(timeline.play(script, 1, steps), expected) << script;
     }
 }
 

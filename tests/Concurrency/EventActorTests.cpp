@@ -74,15 +74,13 @@ TEST_F(EventActorTest, ThrottlesTasks) {
     submit("a", throttler.throttle());
     submit("b", throttler.throttle());
     EXPECT_EQ(noted(1), "-ab");
-    clock.advance(1.1);
     submit("c", throttler.throttle());
-    EXPECT_EQ(noted(0.5), "c");
-    submit("d", throttler.throttle());
+    clock.advance(0.5);
     EXPECT_EQ(noted(throttler.reset()), "");
     EXPECT_EQ(noted(0.9), "");
-    EXPECT_EQ(noted(0.1), "d");
-    submit("e", throttler.throttle());
-    EXPECT_EQ(noted(throttler.invalidate()), "-e");
+    EXPECT_EQ(noted(0.1), "c");
+    submit("d", throttler.throttle());
+    EXPECT_EQ(noted(throttler.invalidate()), "-d");
 }
 
 TEST_F(EventActorTest, AnswersEachOfThousandsOnce) {

@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/PageAutoRefresher.hpp>
-#include <Corvane/Testing/VirtualClock.hpp>
+
+#include "Timeline.hpp"
 
 namespace corvane {
 
@@ -27,7 +28,7 @@ struct Page final : AutoRefreshablePage {
 }  // namespace
 
 /// In a script the page appears 'A' and disappears 'D' and ends 'x'; 's', 'o', 'r' start, stop and restart; '2' and '3'
-/// set the interval, 'd' has the next refresh drop the refresher, '.' lets a second pass. '*' comes for each refresh.
+/// set the interval, and 'd' has the next refresh drop the refresher. '*' comes of each refresh.
 TEST(PageAutoRefresher, RefreshesAsItsOptionsSay) {
     constexpr PageAutoRefresher::Options always{}, presented{.refreshPresentedPageOnly = true},
         eachTime{.refreshPresentedPageOnly = true, .refreshOnPageAppear = true},
@@ -51,39 +52,26 @@ TEST(PageAutoRefresher, RefreshesAsItsOptionsSay) {
     };
 
     for (const auto& [options, script, expected] : rows) {
-        testing::VirtualClock clock;
-        std::string outcome;
-        auto page = std::make_shared<Page>(outcome, options);
-        const std::weak_ptr refresher = page->refresher;
+        Timeline timeline;
+        auto page = std::make_shared<Page>(timeline.outcome, options);
         page->refresher->inject(page);
-        const auto keptAfterPage = std::string(script).find('x') == std::string::npos ? nullptr : page->refresher;
-        EXPECT_FALSE(page->refresher->wasPageOnScren());
-        for (const char* step = script; *step != '\0'; ++step) {
-            if (*step == '.') {
-                outcome += '.';
-                clock.advance(1);
-            } else if (*step == 'x') {
-                page.reset();
-            } else if (*step == 'd') {
-                page->dropsRefresher = true;
-            } else if (*step == 'A') {
-                page->refresher->pageDidAppear();
-            } else if (*step == 'D') {
-                EXPECT_TRUE(page->refresher->wasPageOnScren());
-                page->refresher->pageWillDissapear();
-            } else if (*step == 's') {
-                page->refresher->start();
-            } else if (*step == 'o') {
-                page->refresher->stop();
-            } else if (*step == 'r') {
-                page->refresher->restart();
-            } else {
-                page->refresher->update(*step - '0');
-                EXPECT_EQ(page->refresher->currentInterval(), *step - '0');
-            }
-        }
-        EXPECT_EQ(outcome, expected) << script;
-        EXPECT_EQ(refresher.expired(), page != nullptr && page->dropsRefresher) << script;
+        const std::weak_ptr weak = page->refresher;
+        std::shared_ptr<PageAutoRefresher> kept;
+        timeline.play(script, 1,
+                      {{'A', [&] { page->refresher->pageDidAppear(); }},
+                       {'D', [&] { page->refresher->pageWillDissapear(); }},
+                       {'s', [&] { page->refresher->start(); }},
+                       {'o', [&] { page->refresher->stop(); }},
+                       {'r', [&] { page->refresher->restart(); }},
+                       {'2', [&] { page->refresher->update(2); }},
+                       {'3', [&] { page->refresher->update(3); }},
+                       {'d', [&] { page->dropsRefresher = true; }},
+                       {'x', [&] {
+                            kept = page->refresher;
+                            page.reset();
+                        }}});
+        EXPECT_EQ(timeline.outcome, expected) << script;
+        EXPECT_EQ(weak.expired(), page != nullptr && page->dropsRefresher) << script;
     }
 }
 

@@ -1,75 +1,49 @@
 #include <cstdint>
 #include <functional>
 #include <limits>
-#include <memory>
 #include <optional>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/PeriodicalRepeatScheduler.hpp>
-#include <Corvane/Testing/VirtualClock.hpp>
+
+#include "Timeline.hpp"
 
 namespace corvane {
 
+/// 's' starts, 'o' stops and 'z' resets a scheduler of two ticks. '*' comes of each repeat.
 TEST(PeriodicalRepeatScheduler, RepeatsUntilItsLimit) {
     constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
 
     const struct {
         bool onStart;
         std::optional<std::int64_t> limit;
-        int within, after1, after10;
-        bool isStarted;
-        std::int64_t count;
-    } cases[] = {
-        {false, std::nullopt, 0, 1, 10, true, 10},
-        {true, std::nullopt, 1, 2, 11, true, 11},
-        {false, 3, 0, 1, 3, false, 3},
-        {true, 3, 1, 2, 3, false, 3},
-        {false, 1, 0, 1, 1, false, 1},
-        {true, 1, 1, 1, 1, false, 1},
-        {false, 0, 0, 1, 1, false, 0},
-        {true, 0, 1, 1, 1, false, 0},
-        {false, -4, 0, 1, 1, false, -4},
-        {true, smallest, 1, 1, 1, false, smallest},
+        const char* script;
+        const char* outcome;
+    } rows[] = {
+        {false, std::nullopt, "s....", "..*..*"},
+        {true, std::nullopt, "s....", "*..*..*"},
+        {false, 3, "s........", "..*..*..*.."},
+        {true, 3, "s........", "*..*..*...."},
+        {false, 1, "s....", "..*.."},
+        {true, 1, "s....", "*...."},
+        {false, 0, "s....", "..*.."},
+        {true, 0, "s....", "*...."},
+        {false, -4, "s....", "..*.."},
+        {true, smallest, "s....", "*...."},
+        {false, std::nullopt, "s.s..o...", "...*..."},
+        {false, 3, "s..s......s....zs.......", "..*..*..*....*....*..*..*."},
     };
 
-    testing::VirtualClock clock;
-    for (const auto& [onStart, limit, within, after1, after10, isStarted, count] : cases) {
+    for (const auto& [onStart, limit, script, outcome] : rows) {
+        Timeline timeline;
         const auto scheduler = PeriodicalRepeatScheduler::make(1.0, onStart, limit);
-        SCOPED_TRACE(limit.value_or(100));
-        EXPECT_FALSE(scheduler->isStarted());
-        int calls = 0;
-        scheduler->start([&] { ++calls; });
-        EXPECT_EQ(calls, within);
-        clock.advance(1);
-        EXPECT_EQ(calls, after1);
-        clock.advance(9);
-        EXPECT_EQ(calls, after10);
-        EXPECT_EQ(scheduler->isStarted(), isStarted);
-        EXPECT_EQ(scheduler->repeatCounter().count(), count);
+        const Timeline::Steps steps{{'s', [&] { scheduler->start([&] { timeline.outcome += '*'; }); }},
+                                    {'o', [&] { scheduler->stop(); }},
+                                    {'z', [&] { scheduler->reset(); }}};
+        EXPECT_EQ(timeline.play(script, 0.5, steps), outcome) << limit.value_or(100);
     }
-}
-
-TEST(PeriodicalRepeatScheduler, StartsOverAndCountsOn) {
-    testing::VirtualClock clock;
-    const auto scheduler = PeriodicalRepeatScheduler::make(1.0, false, 3);
-    int first = 0, second = 0;
-    scheduler->start([&] { ++first; });
-    clock.advance(1.5);
-    scheduler->start([&] { ++second; });
-    clock.advance(0.9);
-    EXPECT_EQ(second, 0) << "the period starts over";
-    clock.advance(5);
-    EXPECT_EQ(second, 2) << "one count over both starts";
-    scheduler->start([&] { ++first; });
-    clock.advance(5);
-    EXPECT_EQ(first, 2) << "past the limit: one repeat a start";
-    scheduler->reset();
-    scheduler->start([&] { ++first; });
-    clock.advance(2);
-    scheduler->stop();
-    clock.advance(5);
-    EXPECT_EQ(first, 4);
+    EXPECT_EQ(PeriodicalRepeatScheduler::make(1.0, false, -4)->repeatCounter().count(), -4);
 }
 
 TEST(PeriodicalRepeatScheduler, ObeysItsOwnCallback) {
