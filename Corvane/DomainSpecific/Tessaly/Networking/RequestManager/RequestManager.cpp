@@ -25,7 +25,7 @@ void RequestManager::performApi(const ApiRequestData& data, bool useCaching, Com
             const auto tracker = self ? self->errorTracker() : nullptr;
             if (tracker) tracker->trackErrorEvent(request->url().absoluteString(), *reportedCode);
         }
-        if (result) completion(*std::move(result));
+        if (result && completion) completion(*std::move(result));
     };
     if (useCaching) {
         dataProvider_->loadCachedData(data.request, data.context, std::move(convert));

@@ -25,6 +25,7 @@ namespace corvane {
 /// its reports end.
 class CORVANE_EXPORT RequestManager final : public std::enable_shared_from_this<RequestManager> {
   public:
+    /// May be empty.
     using Completion = UniqueFunction<void(RequestManagerResult result)>;
 
     /// `errorTracker` hears of failures while it exists; it is held weakly and may be absent.

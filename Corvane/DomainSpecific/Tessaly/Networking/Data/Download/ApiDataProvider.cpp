@@ -112,7 +112,7 @@ void ApiDataProvider::run(const std::shared_ptr<Load>& load) {
 
 void ApiDataProvider::deliver(ApiResponse response, const ApiRequest& request, bool isCached, Callback callback) const {
     if (!isCached) {
-        callback(std::move(response));
+        if (callback) callback(std::move(response));
         return;
     }
     const auto now = Clock::current().now();
@@ -121,7 +121,9 @@ void ApiDataProvider::deliver(ApiResponse response, const ApiRequest& request, b
     constexpr SourceFileContext context("Domain Specific/Tessaly/Networking/Data/Download/ApiDataProvider",
                                         "loadCachedData(request:context:callback:)", 164);
     asyncOnMain(
-        [callback = std::move(callback), response = std::move(cached)]() mutable { callback(std::move(response)); },
+        [callback = std::move(callback), response = std::move(cached)]() mutable {
+            if (callback) callback(std::move(response));
+        },
         context);
 }
 

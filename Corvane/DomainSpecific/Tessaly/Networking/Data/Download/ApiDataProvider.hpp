@@ -32,6 +32,7 @@ namespace corvane {
 /// cancelled (with `URLError::cancelled`) and when the provider goes away, which cancels nothing.
 class CORVANE_EXPORT ApiDataProvider final : public std::enable_shared_from_this<ApiDataProvider> {
   public:
+    /// An empty one means that nobody wants to know: a load that only fills the cache.
     using Callback = UniqueFunction<void(ApiResponse response)>;
 
     /// A provider that sends its requests over `httpManager` and keeps bodies in `dataCache`, those of the process

@@ -104,6 +104,7 @@ TEST_F(ApiDataProviderTest, CallsBackOnTheStatedThreadAlsoWhenItIsGone) {
     Arrivals<ApiResponse> plain;
     Arrivals<ApiResponse> cached;
     provider->loadData(request("/"), "a", plain.callback());
+    provider->loadData(request("/"), "nobody wants to know", nullptr);
     provider->loadCachedData(request("/"), "b", cached.callback());
     provider.reset();
     EXPECT_FALSE(plain.wait().second);
