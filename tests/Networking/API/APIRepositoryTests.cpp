@@ -1,8 +1,9 @@
 #include <algorithm>
 #include <atomic>
+#include <functional>
+#include <iostream>
 #include <memory>
 #include <mutex>
-#include <numeric>
 #include <random>
 #include <thread>
 #include <vector>
@@ -75,31 +76,26 @@ struct Answers {
     std::atomic<int> number = 0;
 };
 
-TEST(APIRepository, AnswersTenThousandConcurrentRequestsWithOneFetchTheLatestFirst) {
+TEST(APIRepository, AnswersTenThousandRequestsWithOneFetchTheLatestFirstEvenWhenItIsGone) {
     const auto counter = std::make_shared<Counter>();
-    counter->shut();
-    const APIRepository repository(counter, 60, 60);
-    std::vector<int> order;
     const auto answers = std::make_shared<Answers>();
-    for (int i = 0; i < 10'000; ++i) {
-        repository.fetchData(
-            i % 2 == 0, [&order, answers, i](const Repository::Result& result, const FetchResultMetadata& metadata) {
-                EXPECT_EQ(**result, 1);
-                EXPECT_TRUE(metadata.cachedDataRequested && !metadata.cachedDataReturned);
-                EXPECT_FALSE(Thread::isMainThread());
+    counter->shut();
+    std::vector<int> order;
+    {
+        const APIRepository repository(counter, 60, 60);
+        for (int i = 0; i < 10'000; ++i) {
+            repository.fetchData(i % 2 == 0, [&order, answers, i](const auto& result, const auto& metadata) {
+                EXPECT_TRUE(**result == 1 && metadata.cachedDataRequested && !Thread::isMainThread());
                 order.push_back(i);
                 answers->count();
             });
+        }
+        repository.accessQueue()->sync([] {});
     }
-    repository.accessQueue()->sync([] {});
     counter->open();
     answers->wait(10'000);
     EXPECT_EQ(counter->loads, 1);
     EXPECT_TRUE(std::ranges::is_sorted(order, std::greater()));
-
-    const auto answer = runBlocking(repository.fetchData(false));
-    EXPECT_EQ(*answer.value().model, 1);
-    EXPECT_TRUE(answer->metadata.cachedDataReturned);
 }
 
 TEST(APIRepository, ReplacesItsAPIAndFlushesOnlyWhenAsked) {
@@ -121,22 +117,9 @@ TEST(APIRepository, ReplacesItsAPIAndFlushesOnlyWhenAsked) {
     EXPECT_EQ(first->loads + second->loads, 2);
 }
 
-TEST(APIRepository, AnswersWhoWaitsAfterItIsGone) {
-    const auto counter = std::make_shared<Counter>();
-    counter->shut();
-    const auto answers = std::make_shared<Answers>();
-    {
-        const Repository repository(counter, 60, 60);
-        repository.fetchData(true, [answers](const auto&, const auto&) { answers->count(); });
-    }
-    counter->open();
-    answers->wait(1);
-}
-
 TEST(APIRepository, AnswersEveryRequestOnceWhateverHappensMeanwhile) {
-    const auto seed = std::random_device()();
-    RecordProperty("seed", std::to_string(seed));
-    SCOPED_TRACE(seed);
+    const unsigned seed = std::random_device()();
+    std::cout << "seed " << seed << '\n';
     constexpr std::size_t threadCount = 4;
     constexpr int perThread = 400;
     const auto answers = std::make_shared<Answers>();
@@ -147,7 +130,7 @@ TEST(APIRepository, AnswersEveryRequestOnceWhateverHappensMeanwhile) {
     auto shared = std::make_shared<Repository>(counter, 60, 0);
 
     const auto act = [&](std::size_t thread) {
-        std::minstd_rand random(static_cast<unsigned>(seed + thread));
+        std::minstd_rand random(seed + static_cast<unsigned>(thread));
         for (int i = 0; i < perThread; ++i) {
             std::unique_lock guard(lock);
             const auto repository = shared;

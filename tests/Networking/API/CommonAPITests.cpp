@@ -1,22 +1,23 @@
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCacheProvider.hpp>
 #include <Corvane/Networking/API/CommonAPI.hpp>
+#include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
+#include <Corvane/Testing/LoopbackServer.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
 namespace {
 
-using ::testing::HasSubstr;
-using Outcome = std::expected<URLSessionAPIResponse, CommonAPIError>;
+using testing::LoopbackResponse;
 
 struct Team {
     std::uint8_t id;
@@ -24,148 +25,102 @@ struct Team {
     std::optional<std::string> city;
 };
 
-/// Answers with what it was given, in that order, and keeps what it was asked.
-class ScriptedRemote final : public APIRemoteProtocol {
-  public:
-    explicit ScriptedRemote(std::deque<Outcome> outcomes) : outcomes_(std::move(outcomes)) {}
-
-    Task<Outcome> performRequest(URL url, std::optional<std::string> ifModifiedSince,
-                                 std::optional<std::string> httpMethod, std::optional<Data> httpBody) override {
-        EXPECT_EQ(httpMethod, "GET");
-        EXPECT_EQ(httpBody, std::nullopt);
-        asked.push_back(url.absoluteString() + ' ' + ifModifiedSince.value_or("unconditionally"));
-        if (onRequest) onRequest();
-        Outcome outcome = std::move(outcomes_.front());
-        outcomes_.pop_front();
-        co_return outcome;
-    }
-
-    std::shared_ptr<URLSessionDataTask> performRequestWithTask(URL, std::string, std::optional<std::string>,
-                                                               std::optional<std::string>, std::optional<Data>,
-                                                               URLSession::CompletionHandler) override {
-        return nullptr;
-    }
-
-    std::vector<std::string> asked;
-    std::function<void()> onRequest;
-
-  private:
-    std::deque<Outcome> outcomes_;
-};
-
 struct ScriptedRetry final : APIAutoRetry {
-    explicit ScriptedRetry(int retries) : retriesLeft(retries) {}
-
     Task<TYAutoRetryResult> start() override {
         co_return retriesLeft-- > 0 ? TYAutoRetryResult::retry : TYAutoRetryResult::stop;
     }
 
     void clear() override { ++clears; }
 
-    int retriesLeft;
+    int retriesLeft = 2;
     int clears = 0;
 };
 
-Outcome answer(std::string_view body, std::optional<std::string> date = "Fri, 15 Mar 2024 11:00:00 GMT") {
-    return URLSessionAPIResponse{.data = Data(body), .lastModified = "at  \xE9leven", .timeStamp = std::move(date)};
+LoopbackResponse answer(std::string body, const char* date = "Fri, 15 Mar 2024 11:00:00 GMT") {
+    return LoopbackResponse::json(std::move(body)).with("Last-Modified", "at  \xE9leven").with("Date", date);
 }
 
-Outcome failed(CommonAPIError error) {
-    return std::unexpected(std::move(error));
-}
-
-constexpr std::uint64_t elevenOClock = 1710500400;
-constexpr const char* url = "http://localhost/team";
-constexpr const char* rovers = R"({"id": 7, "name": "Rovers"})";
-
+/// An API whose server gives one answer after the other.
 struct Fixture {
-    explicit Fixture(std::deque<Outcome> outcomes, std::shared_ptr<APIAutoRetry> retry = nullptr)
-        : remote(std::make_shared<ScriptedRemote>(std::move(outcomes))), api(remote, cache, std::move(retry)) {
-        api.update(URL::parse(url));
+    explicit Fixture(std::deque<LoopbackResponse> answers, std::shared_ptr<APIAutoRetry> retry = nullptr)
+        : api(std::make_shared<URLSessionAPIRemote>(nullptr, 30, "scores/2.1"), cache, std::move(retry)) {
+        server.route("GET", "/team", [this, answers = std::move(answers)](const auto&) mutable {
+            if (onRequest) onRequest();
+            LoopbackResponse response = std::move(answers.front());
+            answers.pop_front();
+            return response;
+        });
+        api.update(URL::parse(server.url("/team")));
     }
 
     auto load() { return runBlocking(api.loadData()); }
 
-    bool caches(const char* key) { return runBlocking(cache->data(key)).has_value(); }
+    bool caches(const char* path) { return runBlocking(cache->data(server.url(path))).has_value(); }
 
-    std::shared_ptr<ScriptedRemote> remote;
+    std::function<void()> onRequest;
     std::shared_ptr<DataCacheProvider> cache = DataCacheProvider::make(60, 300);
+    testing::LoopbackServer server;
     CommonAPI<Team> api;
 };
 
+const char* const rovers = R"({"id": 7, "name": "Rovers"})";
+
 TEST(CommonAPI, AsksConditionallyAndServesTheCachedBodyWhenNothingHasChanged) {
-    Fixture f({answer(rovers), failed(CommonAPIError::notModified())});
-    for (int load = 0; load < 2; ++load) {
+    const testing::VirtualClock clock(Date(std::chrono::duration<double>(1700000000.75)));
+    Fixture f({answer(rovers), {.status = 304}, answer(rovers, "Monday"), LoopbackResponse::json(rovers)});
+    for (const std::uint64_t timestamp : {1710500400U, 1710500400U, 1700000000U, 1700000000U}) {
         const auto result = f.load();
         EXPECT_EQ(result.value().model.name, "Rovers");
-        EXPECT_EQ(result->timestamp, SecondsSince1970(elevenOClock));
+        EXPECT_EQ(result->timestamp, SecondsSince1970(timestamp));
     }
-    EXPECT_THAT(f.remote->asked,
-                ::testing::ElementsAre("http://localhost/team unconditionally", "http://localhost/team at  \xE9leven"));
-}
-
-TEST(CommonAPI, TakesTheTimeOfThisMachineForAMissingOrUnreadableDate) {
-    testing::VirtualClock clock(Date(std::chrono::duration<double>(1700000000.75)));
-    Fixture f({answer(rovers, std::nullopt), answer(rovers, "yesterday")});
-    EXPECT_EQ(f.load().value().timestamp, SecondsSince1970(std::uint64_t{1700000000}));
-    EXPECT_EQ(f.load().value().timestamp, SecondsSince1970(std::uint64_t{1700000000}));
-}
-
-TEST(CommonAPI, PassesFailuresOn) {
-    Fixture f({failed(CommonAPIError::notModified()), failed(CommonAPIError::redirection()),
-               failed(CommonAPIError::serverFault(503))});
-    EXPECT_EQ(f.load().error(), CommonAPIError::clientAPIError(ClientAPIError::emptyData()));
-    EXPECT_EQ(f.load().error(), CommonAPIError::redirection());
-    EXPECT_EQ(f.load().error(), CommonAPIError::serverFault(503));
-    f.api.update(std::nullopt);
-    EXPECT_EQ(f.load().error(), CommonAPIError::invalidURL());
-    EXPECT_EQ(f.remote->asked.size(), 3U);
-    EXPECT_FALSE(f.caches(url));
+    EXPECT_EQ(f.server.requests()[0].header("If-Modified-Since"), std::nullopt);
+    EXPECT_EQ(f.server.requests()[1].header("If-Modified-Since"), "at  \xE9leven");
 }
 
 TEST(CommonAPI, SaysWhereABodyIsNoModelAndCachesNothingOfIt) {
-    const std::string longKey(1 << 20, 'k');
-    const std::pair<std::string, const char*> rows[] = {
-        {R"({"id": "7", "name": "Rovers"})", "at id"},
-        {R"({"id": 256, "name": "Rovers"})", "at id"},
-        {R"({"id": 7})", "\"name\""},
-        {R"({"id": 7, "name": null})", "at name"},
-        {R"({"id": 7, "name": "Rovers", "city": {}})", "at city"},
-        {R"({"id": 7, "name": "Rovers")", ""},
-        {"{\"" + longKey + "\": 1, \"id\": 7}", "\"name\""},
-        {R"({"id": 7, "name": "Rovers", "id": 1e3})", "at id"},
-        {R"({"id": 7, "name": "Rovers", "more": )" + std::string(100'000, '[') + std::string(100'000, ']') + "}", ""},
-        {"", ""},
-    };
-    for (const auto& [body, place] : rows) {
+    for (const auto& [body, place] : std::initializer_list<std::pair<std::string, const char*>>{
+             {R"({"id": "7", "name": "Rovers"})", "at id"},
+             {R"({"id": 256, "name": "Rovers"})", "at id"},
+             {R"({"id": 7})", "\"name\""},
+             {R"({"id": 7, "name": null})", "at name"},
+             {R"({"id": 7, "name": "Rovers", "city": {}})", "at city"},
+             {R"({"id": 7, "name": "Rovers")", ""},
+             {"{\"" + std::string(1 << 20, 'k') + "\": 1, \"id\": 7}", "\"name\""},
+             {R"({"id": 7, "name": "Rovers", "id": 1e3})", "at id"},
+             {R"({"id": 7, "name": "Rovers", "more": )" + std::string(100'000, '['), ""},
+             {"", ""}}) {
         SCOPED_TRACE(body.substr(0, 80));
         Fixture f({answer(body)});
         const auto result = f.load();
         ASSERT_FALSE(result);
         EXPECT_TRUE(result.error().isDecodingError());
-        EXPECT_THAT(result.error().errorDescription(), HasSubstr(place));
-        EXPECT_FALSE(f.caches(url));
+        EXPECT_THAT(result.error().errorDescription(), ::testing::HasSubstr(place));
+        EXPECT_FALSE(f.caches("/team"));
     }
 }
 
-TEST(CommonAPI, LoadsAgainAsLongAsTheHandlerSaysAndEndsWithTheFaultItStoppedAt) {
-    const auto retry = std::make_shared<ScriptedRetry>(2);
-    const auto fault = [](int code) { return failed(CommonAPIError::serverFault(code)); };
-    Fixture f({fault(500), answer(rovers), fault(501), fault(502), failed(CommonAPIError::clientFault(404))}, retry);
+TEST(CommonAPI, LoadsAgainAfterServerFaultsAsLongAsTheHandlerSays) {
+    const auto retry = std::make_shared<ScriptedRetry>();
+    Fixture f({{.status = 500}, answer(rovers), {.status = 501}, {.status = 502}, {.status = 404}}, retry);
     EXPECT_EQ(f.load().value().model.id, 7);
     EXPECT_EQ(retry->clears, 0);
     EXPECT_EQ(f.load().error(), CommonAPIError::serverFault(502));
+    EXPECT_EQ(f.load().error(), CommonAPIError::clientFault(404));
     EXPECT_EQ(retry->clears, 1);
-    EXPECT_EQ(f.load().error(), CommonAPIError::clientFault(404)) << "no server fault, no retry";
-    EXPECT_EQ(retry->clears, 1);
+
+    Fixture g({{.status = 503}, {.status = 304}});
+    EXPECT_EQ(g.load().error(), CommonAPIError::serverFault(503));
+    EXPECT_EQ(g.load().error(), CommonAPIError::clientAPIError(ClientAPIError::emptyData()));
+    g.api.update(std::nullopt);
+    EXPECT_EQ(g.load().error(), CommonAPIError::invalidURL());
 }
 
 TEST(CommonAPI, CachesUnderTheURLThatWasSetDuringTheLoad) {
     Fixture f({answer(rovers)});
-    f.remote->onRequest = [&f] { f.api.update(URL::parse("http://localhost/other")); };
+    f.onRequest = [&f] { f.api.update(URL::parse(f.server.url("/other"))); };
     EXPECT_TRUE(f.load());
-    EXPECT_FALSE(f.caches(url));
-    EXPECT_TRUE(f.caches("http://localhost/other"));
+    EXPECT_FALSE(f.caches("/team"));
+    EXPECT_TRUE(f.caches("/other"));
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include <memory>
-#include <optional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include <Corvane/Networking/API/Private/RemoteExchange.hpp>
 #include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/HTTP/URLError.hpp>
@@ -14,75 +15,71 @@ namespace {
 using testing::LoopbackResponse;
 using testing::LoopbackServer;
 
-struct Fixture {
-    Fixture() {
-        server.route("*", "/team", LoopbackResponse::json("").with("Last-Modified", "at  \xE9leven"));
+class URLSessionAPIRemoteTest : public ::testing::Test {
+  protected:
+    URLSessionAPIRemoteTest() {
+        server.route("*", "/team", LoopbackResponse::json(""));
         server.route("*", "/held", LoopbackResponse::held());
     }
 
     [[nodiscard]] URL url(std::string_view path) const { return *URL::parse(server.url(path)); }
 
+    const CommonAPIError cancelled = CommonAPIError::urlSessionError(makeURLError(URLError::cancelled));
     LoopbackServer server;
+    URLSessionAPIRemote remote{nullptr, 30, "scores/2.1"};
 };
 
-const CommonAPIError cancelled = CommonAPIError::urlSessionError(makeURLError(URLError::cancelled));
+TEST_F(URLSessionAPIRemoteTest, SendsWhatItIsToldAndTakesAnEmptyBody) {
+    const auto response = runBlocking(remote.performRequest(url("/team"), "at  \xE9leven", "PUT", Data("[1]")));
+    EXPECT_EQ(response.value(), URLSessionAPIResponse());
 
-TEST(URLSessionAPIRemote, SendsWhatItIsToldAndTakesAnEmptyBody) {
-    const Fixture f;
-    URLSessionAPIRemote remote(nullptr, 30, "scores/2.1");
-    const auto response = runBlocking(remote.performRequest(f.url("/team"), "at  \xE9leven", "PUT", Data("[1]")));
-    EXPECT_EQ(response.value(), (URLSessionAPIResponse{.data = {}, .lastModified = "at  \xE9leven", .timeStamp = {}}));
-
-    const auto request = f.server.requests().front();
-    EXPECT_EQ(request.method, "PUT");
+    const auto request = server.requests().front();
+    EXPECT_EQ(request.method + request.body, "PUT[1]");
     EXPECT_EQ(request.header("User-Agent"), "scores/2.1");
     EXPECT_EQ(request.header("If-Modified-Since"), "at  \xE9leven");
-    EXPECT_EQ(request.body, "[1]");
+
+    const auto task = remote.performRequestWithTask(url("/team"), "the team", {}, {}, {}, nullptr);
+    EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
+    EXPECT_EQ(task->taskDescription(), "the team");
+    EXPECT_EQ(task->originalRequest().cachePolicy(), URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData);
+    EXPECT_EQ(task->originalRequest().timeoutInterval(), 30);
 }
 
-TEST(URLSessionAPIRemote, CancelsTheTransferOfACancelledTask) {
-    Fixture f;
-    URLSessionAPIRemote remote(nullptr, 30, "scores/2.1");
-    auto request = spawn(remote.performRequest(f.url("/held"), {}, {}, {}));
-    ASSERT_TRUE(f.server.waitForHeldExchange());
+TEST_F(URLSessionAPIRemoteTest, CancelsTheTransferOfACancelledTask) {
+    const auto request = spawn(remote.performRequest(url("/held"), {}, {}, {}));
+    ASSERT_TRUE(server.waitForHeldExchange());
     request.cancel();
     EXPECT_EQ(runBlocking(request.value()).error(), cancelled);
 }
 
-TEST(URLSessionAPIRemote, TakesItsOwnSessionWithItAndLeavesTheSharedOne) {
-    const Fixture f;
-    const auto session = URLSession::make(URLSessionConfiguration::ephemeral());
-    for (const auto& own : {session, std::shared_ptr<URLSession>()}) {
-        auto former = std::make_unique<URLSessionAPIRemote>(own, 30, "scores/2.1");
-        former.reset();
-        URLSessionAPIRemote remote(own, 30, "scores/2.1");
-        const auto response = runBlocking(remote.performRequest(f.url("/team"), {}, {}, {}));
-        EXPECT_EQ(response.has_value(), own == nullptr);
-        if (!response) {
-            EXPECT_EQ(response.error(), cancelled);
-        }
-    }
+TEST_F(URLSessionAPIRemoteTest, TakesItsOwnSessionWithItAndLeavesTheSharedOne) {
+    const auto own = URLSession::make(URLSessionConfiguration::ephemeral());
+    for (const auto& session : {own, std::shared_ptr<URLSession>()})
+        const URLSessionAPIRemote former(session, 30, "scores/2.0");
+    EXPECT_TRUE(runBlocking(remote.performRequest(url("/team"), {}, {}, {})));
+    URLSessionAPIRemote late(own, 30, "scores/2.1");
+    EXPECT_EQ(runBlocking(late.performRequest(url("/team"), {}, {}, {})).error(), cancelled);
 }
 
-TEST(URLSessionAPIRemote, MakesATaskThatItsCallerStarts) {
-    const Fixture f;
-    URLSessionAPIRemote remote(nullptr, 30, "scores/2.1");
-    std::shared_ptr<URLSessionDataTask> task;
-    const auto status = runBlocking([&]() -> Task<int> {
-        co_return co_await withContinuation<int>([&](const Continuation<int>& continuation) {
-            task = remote.performRequestWithTask(f.url("/team"), "the team", {}, {}, {},
-                                                 [continuation](const auto&, const auto& response, const auto&) {
-                                                     continuation.resume(response->statusCode());
-                                                 });
-            EXPECT_EQ(task->state(), URLSessionTaskState::suspended);
-            EXPECT_EQ(task->taskDescription(), "the team");
-            EXPECT_EQ(task->originalRequest().cachePolicy(),
-                      URLRequestCachePolicy::reloadIgnoringLocalAndRemoteCacheData);
-            EXPECT_EQ(task->originalRequest().timeoutInterval(), 30);
-            task->resume();
-        });
-    }());
-    EXPECT_EQ(status, 200);
+TEST(RemoteExchange, TakesEachStatusForWhatItIsAndFieldsByTheirExactNames) {
+    for (const auto& [status, expected] : std::initializer_list<std::pair<int, const char*>>{{199, "success"},
+                                                                                             {299, "success"},
+                                                                                             {300, "redirection"},
+                                                                                             {302, "redirection"},
+                                                                                             {304, "notModified"},
+                                                                                             {399, "redirection"},
+                                                                                             {400, "clientFault(400)"},
+                                                                                             {499, "clientFault(499)"},
+                                                                                             {500, "serverFault(500)"},
+                                                                                             {599, "serverFault(599)"},
+                                                                                             {600, "success"}}) {
+        const HTTPURLResponse response(*URL::parse("http://h"), status, "HTTP/1.1", {{"last-modified", "today"}});
+        const auto outcome = remoteOutcome(Data("[]"), &response, {});
+        EXPECT_EQ(outcome ? "success" : outcome.error().description(), expected);
+        EXPECT_FALSE(outcome && outcome->lastModified);
+    }
+    EXPECT_TRUE(remoteOutcome({}, nullptr, PlatformError("D", 7)).error().isURLSessionError());
+    EXPECT_TRUE(remoteOutcome(Data("[]"), nullptr, {}).error().isInvalidResponse());
 }
 
 }  // namespace
