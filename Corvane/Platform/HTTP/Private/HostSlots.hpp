@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <deque>
+#include <functional>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -25,8 +26,7 @@ class HostSlots {
             ++host.active;
             return true;
         }
-        const auto place = std::ranges::upper_bound(host.waiting, priority, std::ranges::greater{}, &Waiting::priority);
-        host.waiting.insert(place, {priority, entry});
+        host.places.emplace(entry, host.waiting.emplace(priority, entry));
         return false;
     }
 
@@ -46,7 +46,11 @@ class HostSlots {
     void withdraw(const std::string& origin, const Entry& entry) {
         const auto found = hosts_.find(origin);
         if (found == hosts_.end()) return;
-        std::erase_if(found->second.waiting, [&](const Waiting& each) { return each.entry == entry; });
+        Host& host = found->second;
+        const auto place = host.places.find(entry);
+        if (place == host.places.end()) return;
+        host.waiting.erase(place->second);
+        host.places.erase(place);
     }
 
     /// Notes whether one connection to the origin carries many requests, which raises the limit. Those who have slots
@@ -66,21 +70,22 @@ class HostSlots {
     /// As many as servers usually allow on one connection (RFC 9113, 6.5.2, recommends no less).
     static constexpr std::size_t multiplexedLimit = 100;
 
-    struct Waiting {
-        float priority;
-        Entry entry;
-    };
+    /// Equal priorities stay in the order they came.
+    using Waiting = std::multimap<float, Entry, std::greater<>>;
 
     struct Host {
         std::size_t active = 0;
         bool isMultiplexed = false;
-        std::deque<Waiting> waiting;
+        Waiting waiting;
+        /// Thousands may wait, and withdraw at once: none is searched for.
+        std::unordered_map<Entry, typename Waiting::iterator> places;
     };
 
     static Entry admit(Host& host) {
         ++host.active;
-        Entry next = std::move(host.waiting.front().entry);
-        host.waiting.pop_front();
+        Entry next = std::move(host.waiting.begin()->second);
+        host.waiting.erase(host.waiting.begin());
+        host.places.erase(next);
         return next;
     }
 
