@@ -14,7 +14,7 @@ struct ApiRequestData {
     std::shared_ptr<const ApiRequest> request;
     /// The caller's name; a new load for the same context replaces the one before.
     std::string context;
-    std::optional<DataLoadOptions> options;
+    std::optional<DataLoadOptions> options = {};
 };
 
 }  // namespace corvane
