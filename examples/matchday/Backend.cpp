@@ -6,6 +6,7 @@
 
 #include <fmt/chrono.h>
 
+#include <Corvane/Decoding/IntValue.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
@@ -48,6 +49,9 @@ Backend::Backend(std::time_t now) : season_(now), lastModified_(now - 90) {
     server_.route("GET", "/v1/standings",
                   [this](const Request& request) { return document(request, &Season::standings); });
     server_.route("GET", "/v1/live", [this](const Request&) { return live(); });
+    server_.route("GET", "/v1/details", [this](const Request& request) { return details(request); });
+    server_.route("GET", "/v1/lineups", Response{.status = 503});
+    server_.route("GET", "/v1/report", Response{.body = "to be written"});
     server_.route("POST", "/v1/predictions", [this](const Request& request) { return prediction(request); });
     server_.route("POST", "/v1/visits", [this](const Request& request) { return visit(request); });
 }
@@ -55,14 +59,25 @@ Backend::Backend(std::time_t now) : season_(now), lastModified_(now - 90) {
 LoopbackResponse Backend::document(const Request& request, JSONDictionary (Season::*content)() const) {
     const std::lock_guard lock(mutex_);
     const std::string date = httpDate(lastModified_);
-    if (request.header(HTTPHeaders::ifModifiedSince) == date) return {.status = 304};
-    return json((season_.*content)()).with(std::string(HTTPHeaders::lastModified), date);
+    const bool isKnown = request.header(HTTPHeaders::ifModifiedSince) == date;
+    Response response = isKnown ? Response{.status = 304} : json((season_.*content)());
+    return std::move(response).with(std::string(HTTPHeaders::lastModified), date);
 }
 
 LoopbackResponse Backend::live() {
     const std::lock_guard lock(mutex_);
     lastModified_ = std::max(lastModified_ + 1, std::time(nullptr));
     return json(season_.playOn(minutesPerAsk));
+}
+
+LoopbackResponse Backend::details(const Request& request) {
+    const std::lock_guard lock(mutex_);
+    const std::string_view query = request.query();
+    const auto id = corvane::intValue(query.substr(query.find('=') + 1));
+    const auto details = id ? season_.details(*id) : std::nullopt;
+    // The details of finished games are in an archive, which nobody has the patience for.
+    if (!details) return {.fault = corvane::testing::LoopbackFault::neverAnswer};
+    return json(*details);
 }
 
 LoopbackResponse Backend::prediction(const Request& request) {

@@ -25,6 +25,7 @@ class Backend {
 
     Response document(const Request& request, corvane::JSONDictionary (Season::*content)() const);
     Response live();
+    Response details(const Request& request);
     Response prediction(const Request& request);
     Response visit(const Request& request);
 

@@ -7,9 +7,10 @@
 #include <fmt/format.h>
 
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
-#include "Downloads.hpp"
+#include "Texts.hpp"
 
 namespace matchday {
 namespace {
@@ -18,6 +19,17 @@ using corvane::SimpleHttpRequest;
 using corvane::SimpleHttpResponse;
 
 constexpr int shownLines = 20;
+
+/// What keeps an answer from being used, if anything does.
+std::optional<std::string> failureText(const SimpleHttpResponse& response) {
+    const auto& status = response.statusCode();
+    const auto& error = response.error();
+    if (!status) return error ? error->localizedDescription() : "there was no response";
+    if (response.isNotModified()) return std::nullopt;
+    if (!corvane::HTTPStatusCode::isSuccessful(*status)) return "the server answered " + statusText(*status);
+    if (!response.data()) return "the document is empty";
+    return std::nullopt;
+}
 
 }  // namespace
 

@@ -3,93 +3,66 @@
 #include <chrono>
 #include <utility>
 
-#include <fmt/format.h>
-
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
-#include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
+#include <Corvane/Platform/Dispatch/Continuation.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace matchday {
 
-using corvane::HTTPStatusCode;
-using corvane::SimpleHttpManager;
-using corvane::SimpleHttpRequest;
-using corvane::SimpleHttpResponse;
+using corvane::ApiRequest;
+using corvane::RequestManagerResult;
 
-std::string sizeText(std::size_t bytes) {
-    if (bytes < 1024) return fmt::format("{} B", bytes);
-    const auto size = static_cast<double>(bytes);
-    return bytes < 1024 * 1024 ? fmt::format("{:.1f} KiB", size / 1024) : fmt::format("{:.1f} MiB", size / 1024 / 1024);
+const corvane::JSONDictionary* Download::json() const noexcept {
+    const auto* const success = result.asSuccess();
+    return success != nullptr ? &success->json : nullptr;
 }
 
-std::string durationText(double milliseconds) {
-    return milliseconds < 1000 ? fmt::format("{:.1f} ms", milliseconds) : fmt::format("{:.2f} s", milliseconds / 1000);
+std::optional<std::string> Download::lastModified() const {
+    const auto* const success = result.asSuccess();
+    return success != nullptr ? success->lastModified : std::nullopt;
 }
 
-std::string statusText(int status) {
-    switch (status) {
-        case HTTPStatusCode::ok:
-            return "200 OK";
-        case HTTPStatusCode::notModified:
-            return "304 Not Modified";
-        case HTTPStatusCode::notFound:
-            return "404 Not Found";
-        case HTTPStatusCode::notAllowed:
-            return "405 Method Not Allowed";
-        case HTTPStatusCode::gone:
-            return "410 Gone";
-        default:
-            break;
+void Downloads::load(std::string path, Options options, Done done) {
+    const auto url = corvane::URL::parse(base_ + path);
+    auto payload = options.payload ? corvane::JSONSerialization::data(*options.payload) : corvane::Data();
+    if (!url || !payload) {
+        const auto reason = corvane::ApiDataProviderFailureReason::invalidUrl();
+        return done({.path = std::move(path), .result = RequestManagerResult::failure(reason)});
     }
-    const char* const kind = HTTPStatusCode::isSuccessful(status)    ? "success"
-                             : HTTPStatusCode::isRedirection(status) ? "redirection"
-                             : HTTPStatusCode::isClientError(status) ? "client error"
-                             : HTTPStatusCode::isServerError(status) ? "server error"
-                                                                     : "unusual";
-    return fmt::format("{} ({})", status, kind);
-}
+    ApiRequest::Fields fields{.url = *url, .description = path, .ifModifiedSince = options.ifModifiedSince};
+    if (options.payload) {
+        fields.payload = *std::move(payload);
+        fields.usePost = true;
+    }
+    const std::string context = options.context.empty() ? path : options.context;
+    const auto ours = std::make_shared<const std::string>(path);
+    if (const auto other = std::exchange(pending_[context], ours)) onReplaced_(*other);
 
-std::optional<std::string> failureText(const SimpleHttpResponse& response) {
-    const auto& status = response.statusCode();
-    const auto& error = response.error();
-    if (!status) return error ? error->localizedDescription() : "there was no response";
-    if (response.isNotModified()) return std::nullopt;
-    if (!HTTPStatusCode::isSuccessful(*status)) return "the server answered " + statusText(*status);
-    if (!response.data()) return "the document is empty";
-    return std::nullopt;
-}
-
-std::optional<corvane::URL> Downloads::url(std::string_view path) const {
-    return corvane::URL::parse(base_ + std::string(path));
-}
-
-void Downloads::get(std::string path, Options options, Done done) {
-    send(std::move(path), {.ifModifiedSince = std::move(options.ifModifiedSince), .isEphemeral = options.isEphemeral},
-         std::move(done));
-}
-
-void Downloads::post(std::string path, const corvane::JSONDictionary& payload, Done done) {
-    auto data = corvane::JSONSerialization::data(payload);
-    send(std::move(path), {.payload = data ? std::move(*data) : corvane::Data()}, std::move(done));
-}
-
-void Downloads::send(std::string path, SimpleHttpRequest::Fields fields, Done done) {
-    fields.url = url(path);
-    fields.description = path;
-    const bool isPost = fields.payload.has_value();
-    const bool isEphemeral = fields.isEphemeral;
-    SimpleHttpManager::sharedInstance()->request(
-        SimpleHttpRequest::make(std::move(fields)),
-        [path = std::move(path), isPost, isEphemeral, start = std::chrono::steady_clock::now(),
-         done = std::move(done)](SimpleHttpResponse response) mutable {
+    auto finish = [weak = weak_from_this(), context, ours, done = std::move(done)](const Download& download) {
+        const auto self = weak.lock();
+        if (self && self->pending_[context] == ours) self->pending_.erase(context);
+        if (done) done(download);
+    };
+    manager_->performApi(
+        {.request = ApiRequest::make(std::move(fields)), .context = context}, options.usesCache,
+        [path = std::move(path), options = std::move(options), start = std::chrono::steady_clock::now(),
+         finish = std::move(finish)](RequestManagerResult result) mutable {
             const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;
-            corvane::asyncOnMain([download = Download{.method = isPost ? "POST" : "GET",
-                                                      .path = std::move(path),
-                                                      .isEphemeral = isEphemeral,
-                                                      .response = std::move(response),
-                                                      .milliseconds = elapsed.count()},
-                                  done = std::move(done)] { done(download); });
+            Download download{.method = options.payload ? "POST" : "GET",
+                              .path = std::move(path),
+                              .result = std::move(result),
+                              .milliseconds = elapsed.count()};
+            // The cached road gives the kept copy as if it had come; it is the kept one that has our validator.
+            download.isKeptCopy = options.ifModifiedSince && download.lastModified() == options.ifModifiedSince;
+            corvane::performOnMain([download = std::move(download), finish = std::move(finish)] { finish(download); });
         });
+}
+
+corvane::Task<Download> Downloads::load(std::string path, Options options) {
+    co_return co_await corvane::withContinuation<Download>([&](corvane::Continuation<Download> continuation) {
+        load(std::move(path), std::move(options),
+             [continuation = std::move(continuation)](const Download& download) { continuation.resume(download); });
+    });
 }
 
 }  // namespace matchday

@@ -1,58 +1,72 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
-#include <Corvane/Platform/JSON/JSONValue.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/RequestManager/RequestManager.hpp>
+#include <Corvane/Platform/Dispatch/Task.hpp>
+#include <Corvane/Platform/JSON/JSONDictionary.hpp>
+
+#include "FailureLog.hpp"
 
 namespace matchday {
 
-/// One answered request.
+/// One answered load.
 struct Download {
-    std::string method;
+    std::string method = {};
     std::string path;
-    bool isEphemeral = false;
-    corvane::SimpleHttpResponse response;
+    corvane::RequestManagerResult result;
     double milliseconds = 0;
+    /// Whether a 304 was answered with the copy in the cache.
+    bool isKeptCopy = false;
+
+    [[nodiscard]] const corvane::JSONDictionary* json() const noexcept;
+
+    [[nodiscard]] std::optional<std::string> lastModified() const;
 };
 
-/// "1.9 KiB"
-[[nodiscard]] std::string sizeText(std::size_t bytes);
-
-/// "2.1 ms"
-[[nodiscard]] std::string durationText(double milliseconds);
-
-/// "404 Not Found", "503 (server error)"
-[[nodiscard]] std::string statusText(int status);
-
-/// What keeps an answer from being used, if anything does.
-[[nodiscard]] std::optional<std::string> failureText(const corvane::SimpleHttpResponse& response);
-
-/// The requests to the league's back end. Answers come on the main thread.
-class Downloads {
+/// The loads of JSON objects from the league's back end, on both roads. Main thread only.
+class Downloads : public std::enable_shared_from_this<Downloads> {
   public:
     using Done = std::function<void(const Download&)>;
 
-    explicit Downloads(std::string base) : base_(std::move(base)) {}
-
     struct Options {
+        /// Who asks: a newer load replaces one that is under way for the same context. The path where it is empty.
+        std::string context = {};
+        bool usesCache = true;
         std::optional<std::string> ifModifiedSince = {};
-        bool isEphemeral = false;
+        std::optional<corvane::JSONDictionary> payload = {};
     };
 
-    void get(std::string path, Options options, Done done);
-    void post(std::string path, const corvane::JSONDictionary& payload, Done done);
+    /// `onReplaced` gets the path of a load that another one replaces.
+    [[nodiscard]] static std::shared_ptr<Downloads> make(std::string base,
+                                                         std::function<void(const std::string& path)> onReplaced) {
+        return std::shared_ptr<Downloads>(new Downloads(std::move(base), std::move(onReplaced)));
+    }
 
-    [[nodiscard]] std::optional<corvane::URL> url(std::string_view path) const;
+    /// `done` is called on the main thread, and not at all when the load is replaced.
+    void load(std::string path, Options options, Done done);
+
+    /// The same to be awaited, for contexts with one load at a time: nobody goes on after a replaced one.
+    [[nodiscard]] corvane::Task<Download> load(std::string path, Options options);
+
+    [[nodiscard]] const FailureLog& failures() const noexcept { return *failures_; }
 
   private:
-    void send(std::string path, corvane::SimpleHttpRequest::Fields fields, Done done);
+    Downloads(std::string base, std::function<void(const std::string& path)> onReplaced)
+        : base_(std::move(base)), onReplaced_(std::move(onReplaced)) {}
 
     std::string base_;
+    std::function<void(const std::string&)> onReplaced_;
+    std::shared_ptr<FailureLog> failures_ = std::make_shared<FailureLog>();
+    std::shared_ptr<corvane::RequestManager> manager_ =
+        corvane::RequestManager::make(corvane::ApiDataProvider::make(), failures_);
+    /// The newest load under way of each context.
+    std::map<std::string, std::shared_ptr<const std::string>> pending_;
 };
 
 }  // namespace matchday

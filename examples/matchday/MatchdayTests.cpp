@@ -103,13 +103,16 @@ class Matchday {
 };
 
 TEST(Matchday, FollowsItsOwnMatchday) {
-    Matchday program({});
+    const corvane::testing::TemporaryDirectory documents;
+    Matchday program({"--documents", documents.path()});
     EXPECT_EQ(program.wait(), 0);
     EXPECT_THAT(program.errors, IsEmpty());
-    EXPECT_THAT(program.output,
-                AllOf(HasSubstr("Coastal League, matchday 12"), HasSubstr("Ashcombe Rovers"), HasSubstr("Standings"),
-                      HasSubstr("304    no body"), HasSubstr("Unchanged since"), HasSubstr("ephemeral   200"),
-                      HasSubstr("receipt P-0001"), HasSubstr("requests reported"), Not(HasSubstr("\033"))));
+    EXPECT_THAT(
+        program.output,
+        AllOf(HasSubstr("Coastal League, matchday 12"), HasSubstr("Ashcombe Rovers"), HasSubstr("Standings"),
+              HasSubstr("304, the kept copy"), HasSubstr("304, nothing new"), HasSubstr("Unchanged since"),
+              HasSubstr("receipt P-0001"), HasSubstr("replaced by a newer load"), HasSubstr("/v1/lineups, code 503"),
+              HasSubstr("/v1/report, code 9997"), HasSubstr("requests reported"), Not(HasSubstr("\033"))));
 }
 
 TEST(Matchday, KeepsTheChoiceOfTeamsInADocument) {
@@ -130,7 +133,8 @@ TEST(Matchday, KeepsTheChoiceOfTeamsInADocument) {
 }
 
 TEST(Matchday, ShowsColoursAndLogLinesWhenAsked) {
-    Matchday program({"--color", "always", "--log", "debug"});
+    const corvane::testing::TemporaryDirectory documents;
+    Matchday program({"--documents", documents.path(), "--color", "always", "--log", "debug"});
     EXPECT_EQ(program.wait(), 0);
     EXPECT_THAT(program.output, HasSubstr("\033[1m"));
     EXPECT_THAT(program.errors, HasSubstr("asyncOnMain() dispatched from: "));
@@ -222,7 +226,8 @@ TEST(Matchday, EndsOnCtrlCWhileItWaits) {
 }
 
 TEST(Matchday, StopsQuietlyWhenNobodyReads) {
-    Matchday program({});
+    const corvane::testing::TemporaryDirectory documents;
+    Matchday program({"--documents", documents.path()});
     program.closeOutput();
     EXPECT_EQ(program.wait(), 1);
     EXPECT_THAT(program.errors, IsEmpty());

@@ -1,24 +1,28 @@
 #include "Scoreboard.hpp"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <Corvane/Decoding/JSONUtils.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPMethods.hpp>
-#include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
+#include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 #include "Table.hpp"
+#include "Texts.hpp"
 
 namespace matchday {
 namespace {
 
 using corvane::JSONDictionary;
-using corvane::JSONValue;
+using corvane::JSONUtils;
 using corvane::SimpleHttpManager;
+using corvane::Task;
 
 constexpr const char* fixturesPath = "/v1/fixtures";
 constexpr std::size_t shownStandings = 8;
@@ -43,6 +47,15 @@ std::string statusText(const Fixture& fixture) {
     return "";
 }
 
+std::string failureText(const Download& download) {
+    const auto* const failure = download.result.asFailure();
+    return download.path + ": " + (failure != nullptr ? failure->reason.errorDescription() : "nothing came");
+}
+
+JSONDictionary prediction(const Fixture& fixture, const Score& guess) {
+    return {{"fixture", fixture.id}, {"home", guess.first}, {"away", guess.second}};
+}
+
 Table::Cell formCell(const std::string& form) {
     std::string spaced;
     for (const char result : form)
@@ -52,110 +65,131 @@ Table::Cell formCell(const std::string& form) {
 
 }  // namespace
 
-std::shared_ptr<Scoreboard> Scoreboard::make(Terminal& terminal, std::string backend, End onEnd) {
-    return std::shared_ptr<Scoreboard>(new Scoreboard(terminal, std::move(backend), std::move(onEnd)));
+std::shared_ptr<Scoreboard> Scoreboard::make(Terminal& terminal, const std::string& backend, End onEnd) {
+    return std::shared_ptr<Scoreboard>(new Scoreboard(terminal, backend, std::move(onEnd)));
 }
 
-Scoreboard::Scoreboard(Terminal& terminal, std::string backend, End onEnd)
-    : terminal_(terminal), downloads_(std::move(backend)), onEnd_(std::move(onEnd)) {}
-
-template <class Step>
-Downloads::Done Scoreboard::then(Step step) {
-    return [weak = weak_from_this(), step = std::move(step)](const Download& download) {
-        const auto self = weak.lock();
-        if (!self || !self->onEnd_) return;
-        if (const auto json = self->take(download)) step(*self, download, *json);
-    };
-}
-
-template <class Model, class Reader>
-Downloads::Done Scoreboard::thenRead(Model Scoreboard::* model, Reader read) {
-    return then([model, read](Scoreboard& self, const Download& download, const JSONValue& json) {
-        auto content = read(json);
-        if (!content) return self.end(download.path + " is not what it should be");
-        self.*model = *std::move(content);
-        if (download.path == fixturesPath) self.fixturesDate_ = download.response.lastModified();
-        if (--self.pendingCount_ == 0) self.showOpening();
-    });
-}
+Scoreboard::Scoreboard(Terminal& terminal, const std::string& backend, End onEnd)
+    : terminal_(terminal),
+      backend_(backend),
+      onEnd_(std::move(onEnd)),
+      downloads_(Downloads::make(backend, [&terminal](const std::string& path) {
+          terminal.line(fmt::format("  GET   {:<22}  replaced by a newer load", path));
+      })) {}
 
 void Scoreboard::start() {
     SimpleHttpManager::sharedInstance()->setDelegate(weak_from_this());
-    load();
+    corvane::spawn(corvane::onMain(play(shared_from_this())));
 }
 
-void Scoreboard::load() {
-    if (const auto session = sessionText(teams_)) terminal_.line(*session);
+Task<> Scoreboard::play(std::shared_ptr<Scoreboard> self) {
+    if (const auto session = sessionText(self->teams_)) self->terminal_.line(*session);
+    static constexpr std::array acts{&Scoreboard::load,          &Scoreboard::askWhetherChanged, &Scoreboard::predict,
+                                     &Scoreboard::lookAtDetails, &Scoreboard::meetFaults,        &Scoreboard::follow};
+    for (const auto act : acts) {
+        const Failure failure = co_await ((*self).*act)();
+        if (failure || !self->terminal_.isWritable()) co_return self->end(failure);
+    }
+    self->reportVisit();
+}
+
+Task<Scoreboard::Failure> Scoreboard::load() {
     heading("Loading");
-    pendingCount_ = 2;
-    downloads_.get("/v1/standings", {}, thenRead(&Scoreboard::standings_, readStandings));
-    downloads_.get(fixturesPath, {}, thenRead(&Scoreboard::matchday_, readMatchday));
-}
-
-void Scoreboard::showOpening() {
+    const auto table = co_await ask("/v1/standings");
+    const auto fixtures = co_await ask(fixturesPath);
+    if (table.json() == nullptr) co_return failureText(table);
+    if (fixtures.json() == nullptr) co_return failureText(fixtures);
+    auto standings = readStandings(*table.json());
+    auto matchday = readMatchday(*fixtures.json());
+    if (!standings || !matchday) co_return "the league's documents are not what they should be";
+    standings_ = *std::move(standings);
+    matchday_ = *std::move(matchday);
+    fixturesDate_ = fixtures.lastModified();
     printFixtures({});
     printStandings();
-    askWhetherChanged();
+    co_return std::nullopt;
 }
 
-void Scoreboard::askWhetherChanged() {
+Task<Scoreboard::Failure> Scoreboard::askWhetherChanged() {
     heading("Anything new?");
-    downloads_.get(fixturesPath, {.ifModifiedSince = fixturesDate_},
-                   then([](Scoreboard& self, const Download& download, const JSONValue&) {
-                       if (!download.response.isNotModified()) return self.end("the fixtures came twice");
-                       self.terminal_.line(fmt::format("  Unchanged since {}.", *self.fixturesDate_));
-                       self.predict();
-                   }));
+    const Downloads::Options cachedRoad{.ifModifiedSince = fixturesDate_};
+    const Downloads::Options plainRoad{.usesCache = false, .ifModifiedSince = fixturesDate_};
+    const auto kept = co_await ask(fixturesPath, cachedRoad);
+    const auto plain = co_await ask(fixturesPath, plainRoad);
+    if (!kept.isKeptCopy || !plain.result.isNotModified()) co_return "the fixtures came twice";
+    terminal_.line(fmt::format("  Unchanged since {}.", printable(*fixturesDate_)));
+    co_return std::nullopt;
 }
 
-void Scoreboard::predict() {
-    heading("A prediction");
+Task<Scoreboard::Failure> Scoreboard::predict() {
     const auto next = std::ranges::find(matchday_.fixtures, Fixture::Status::upcoming, &Fixture::status);
-    if (next == matchday_.fixtures.end()) return follow();
+    if (next == matchday_.fixtures.end()) co_return std::nullopt;
+    heading("A prediction");
     const Score guess{2, 1};
-    const JSONDictionary payload{{"fixture", next->id}, {"home", guess.first}, {"away", guess.second}};
-    const std::string what = fmt::format("{} {} {}", name(next->home), text(guess), name(next->away));
-    downloads_.post("/v1/predictions", payload, then([what](Scoreboard& self, const Download&, const JSONValue& json) {
-                        const std::string receipt = printable(json["receipt"].asString().value_or("none"));
-                        self.terminal_.line(fmt::format("  {}, receipt {}.", what, receipt));
-                        self.follow();
-                    }));
+    const Downloads::Options options{.usesCache = false, .payload = prediction(*next, guess)};
+    const auto answer = co_await ask("/v1/predictions", options);
+    if (answer.json() == nullptr) co_return failureText(answer);
+    terminal_.line(fmt::format("  {} {} {}, receipt {}.", name(next->home), text(guess), name(next->away),
+                               printable(JSONUtils::getStringFromJSON(*answer.json(), "receipt", "none"))));
+    co_return std::nullopt;
 }
 
-void Scoreboard::follow() {
+Task<Scoreboard::Failure> Scoreboard::lookAtDetails() {
+    const auto over = std::ranges::find(matchday_.fixtures, Fixture::Status::finished, &Fixture::status);
+    const auto live = std::ranges::find(matchday_.fixtures, Fixture::Status::live, &Fixture::status);
+    if (over == matchday_.fixtures.end() || live == matchday_.fixtures.end()) co_return std::nullopt;
+    heading("Details");
+    const auto path = [](const Fixture& fixture) { return fmt::format("/v1/details?fixture={}", fixture.id); };
+    // The user opens one game and then another: only the one that is on screen is waited for.
+    const Downloads::Options options{.context = "details"};
+    downloads_->load(path(*over), options, {});
+    const auto details = co_await ask(path(*live), options);
+    if (details.json() == nullptr) co_return failureText(details);
+    terminal_.line(fmt::format("  {} against {}: {} at {}.", name(live->home), name(live->away),
+                               JSONUtils::getIntFromJSON(*details.json(), "spectators", 0),
+                               printable(JSONUtils::getStringFromJSON(*details.json(), "stadium", "?"))));
+    co_return std::nullopt;
+}
+
+Task<Scoreboard::Failure> Scoreboard::meetFaults() {
+    heading("What is out of order");
+    co_await ask("/v1/lineups");
+    co_await ask("/v1/report");
+    for (const auto& [url, code] : downloads_->failures().failures()) {
+        terminal_.line(fmt::format("  Tracked: {}, code {}.", printable(url), code));
+    }
+    co_return std::nullopt;
+}
+
+Task<Scoreboard::Failure> Scoreboard::follow() {
     heading("Live");
-    downloads_.get("/v1/live", {.isEphemeral = true},
-                   then([](Scoreboard& self, const Download& download, const JSONValue& json) {
-                       const auto goals = readGoals(json);
-                       if (!goals) return self.end(download.path + " is not what it should be");
-                       self.showChanges(*goals);
-                   }));
-}
-
-void Scoreboard::showChanges(const std::vector<Goal>& goals) {
+    const auto live = co_await ask("/v1/live");
+    if (live.json() == nullptr) co_return failureText(live);
+    const auto goals = readGoals(*live.json());
+    if (!goals) co_return "the goals are not what they should be";
     std::set<std::int64_t> changed;
-    for (const Goal& goal : goals) {
+    for (const Goal& goal : *goals) {
         changed.insert(goal.fixture);
         const auto fixture = std::ranges::find(matchday_.fixtures, goal.fixture, &Fixture::id);
-        if (fixture == matchday_.fixtures.end()) continue;
+        if (fixture == matchday_.fixtures.end() || !isShown(*fixture)) continue;
         terminal_.line(fmt::format("  {:>3}′  {}  {} {} {}", goal.minute,
                                    terminal_.styled(Style::live, fmt::format("Goal for {}!", name(goal.team))),
                                    name(fixture->home), text(goal.score), name(fixture->away)));
     }
-    if (goals.empty()) terminal_.line("  No goals since.");
-    downloads_.get(fixturesPath, {.ifModifiedSince = fixturesDate_},
-                   then([changed](Scoreboard& self, const Download& download, const JSONValue& json) {
-                       auto matchday = readMatchday(json);
-                       if (!matchday) return self.end(download.path + " is not what it should be");
-                       self.matchday_ = *std::move(matchday);
-                       self.printFixtures(changed);
-                       self.reportVisit();
-                   }));
+    if (goals->empty()) terminal_.line("  No goals since.");
+    const Downloads::Options options{.ifModifiedSince = fixturesDate_};
+    const auto fixtures = co_await ask(fixturesPath, options);
+    if (fixtures.json() == nullptr) co_return failureText(fixtures);
+    auto matchday = readMatchday(*fixtures.json());
+    if (!matchday) co_return "the fixtures are not what they should be";
+    matchday_ = *std::move(matchday);
+    printFixtures(changed);
+    co_return std::nullopt;
 }
 
 void Scoreboard::reportVisit() {
     heading("Goodbye");
-    const auto url = downloads_.url("/v1/visits");
+    const auto url = corvane::URL::parse(backend_ + "/v1/visits");
     const auto body = corvane::JSONSerialization::data(JSONDictionary{{"requests", requestCount_}});
     if (!url || !body) return end("the visit cannot be reported");
     corvane::URLRequest request(*url);
@@ -165,10 +199,9 @@ void Scoreboard::reportVisit() {
 }
 
 void Scoreboard::backgroundTaskDidLoad(corvane::URLSessionDataTask& task, const JSONDictionary& json) {
-    if (!onEnd_) return;
-    const auto count = json["requests"].asInt64().value_or(0);
-    terminal_.line(fmt::format("  {:<4}  {:<16}  background  {} requests reported.",
-                               task.originalRequest().httpMethod(), task.taskDescription(), count));
+    terminal_.line(fmt::format("  {:<4}  {:<22}  background, {} requests reported.",
+                               task.originalRequest().httpMethod(), task.taskDescription(),
+                               JSONUtils::getIntFromJSON(json, "requests", 0)));
     end();
 }
 
@@ -176,22 +209,19 @@ void Scoreboard::backgroundTaskDidFail(corvane::URLSessionDataTask& task, const 
     end(task.taskDescription() + ": " + error.localizedDescription());
 }
 
-void Scoreboard::end(std::optional<std::string> failure) {
+void Scoreboard::end(Failure failure) {
     if (const End onEnd = std::exchange(onEnd_, nullptr)) onEnd(std::move(failure));
 }
 
-std::optional<JSONValue> Scoreboard::take(const Download& download) {
+Task<Download> Scoreboard::ask(std::string path, const Downloads::Options& options) {
     ++requestCount_;
-    printRequest(download);
-    auto failure = failureText(download.response);
-    if (!failure && download.response.isNotModified()) return JSONValue();
-    if (const auto& body = download.response.data(); body && !failure) {
-        auto json = corvane::JSONSerialization::jsonObject(*body);
-        if (json && terminal_.isWritable()) return *std::move(json);
-        if (!json) failure = json.error().localizedDescription();
-    }
-    end(failure ? std::optional(download.path + ": " + *failure) : std::nullopt);
-    return std::nullopt;
+    Download download = co_await downloads_->load(std::move(path), options);
+    printDownload(download);
+    co_return download;
+}
+
+bool Scoreboard::isShown(const Fixture& fixture) const {
+    return filter_.isAllowed(name(fixture.home)) || filter_.isAllowed(name(fixture.away));
 }
 
 const std::string& Scoreboard::name(std::int64_t team) const {
@@ -205,17 +235,16 @@ void Scoreboard::heading(std::string_view text) {
     terminal_.line(terminal_.styled(Style::strong, text));
 }
 
-void Scoreboard::printRequest(const Download& download) {
-    const auto& response = download.response;
-    const auto& body = response.data();
-    const int status = response.statusCode().value_or(0);
-    const Style style = response.error() || corvane::HTTPStatusCode::isClientOrServerError(status) ? Style::bad
-                        : response.isNotModified()                                                 ? Style::faint
-                                                                                                   : Style::good;
-    terminal_.line(fmt::format("  {:<4}  {:<16}  {:<10}  {}  {:>9}  {:>9}", download.method, download.path,
-                               download.isEphemeral ? "ephemeral" : "default",
-                               terminal_.styled(style, status != 0 ? text(status) : "---"),
-                               body ? sizeText(body->size()) : "no body", durationText(download.milliseconds)));
+void Scoreboard::printDownload(const Download& download) {
+    const auto* const failure = download.result.asFailure();
+    const bool isUnchanged = download.isKeptCopy || download.result.isNotModified();
+    const std::string outcome = failure != nullptr                ? printable(failure->reason.errorDescription())
+                                : download.isKeptCopy             ? "304, the kept copy"
+                                : download.result.isNotModified() ? "304, nothing new"
+                                                                  : "from the network";
+    const Style style = failure != nullptr ? Style::bad : isUnchanged ? Style::faint : Style::good;
+    terminal_.line(fmt::format("  {:<4}  {:<22}  {:>9}  {}", download.method, download.path,
+                               durationText(download.milliseconds), terminal_.styled(style, outcome)));
 }
 
 void Scoreboard::printFixtures(const std::set<std::int64_t>& changed) {
@@ -223,7 +252,7 @@ void Scoreboard::printFixtures(const std::set<std::int64_t>& changed) {
     using enum Table::Alignment;
     Table table({{" ", left}, {"Kick-off", left}, {"Home", right}, {"", center}, {"Away", left}, {"", left}});
     for (const Fixture& fixture : matchday_.fixtures) {
-        if (!filter_.isAllowed(name(fixture.home)) && !filter_.isAllowed(name(fixture.away))) continue;
+        if (!isShown(fixture)) continue;
         const bool isLive = fixture.status == Fixture::Status::live;
         table.add({{changed.contains(fixture.id) ? "•" : "", Style::live},
                    {fmt::format("{:%H:%M}", fmt::localtime(fixture.kickOff)), Style::faint},

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
-#include <Corvane/Platform/JSON/JSONValue.hpp>
+#include <Corvane/Platform/Dispatch/Task.hpp>
 
 #include "Downloads.hpp"
 #include "League.hpp"
@@ -20,54 +20,55 @@
 namespace matchday {
 
 /// Follows one matchday: shows the fixtures and the table, asks whether anything has changed, places a prediction,
-/// follows the live scores and shows the fixtures again. Lives on the main thread.
+/// looks at details, meets a failing service, follows the live scores and shows the fixtures again. Lives on the main
+/// thread.
 class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable_shared_from_this<Scoreboard> {
   public:
     /// `onEnd` is called once, with the failure to tell the user if there is one.
     using End = std::function<void(std::optional<std::string> failure)>;
 
     /// The terminal has to outlive the scoreboard.
-    [[nodiscard]] static std::shared_ptr<Scoreboard> make(Terminal& terminal, std::string backend, End onEnd);
+    [[nodiscard]] static std::shared_ptr<Scoreboard> make(Terminal& terminal, const std::string& backend, End onEnd);
 
     void start();
 
   private:
-    Scoreboard(Terminal& terminal, std::string backend, End onEnd);
+    /// Absent when all went well, or else the failure to tell the user.
+    using Failure = std::optional<std::string>;
 
-    // The acts of the play, each begun when the one before has its answer.
-    void load();
-    void showOpening();
-    void askWhetherChanged();
-    void predict();
-    void follow();
-    void showChanges(const std::vector<Goal>& goals);
+    Scoreboard(Terminal& terminal, const std::string& backend, End onEnd);
+
+    // The acts of the play.
+    static corvane::Task<> play(std::shared_ptr<Scoreboard> self);
+    corvane::Task<Failure> load();
+    corvane::Task<Failure> askWhetherChanged();
+    corvane::Task<Failure> predict();
+    corvane::Task<Failure> lookAtDetails();
+    corvane::Task<Failure> meetFaults();
+    corvane::Task<Failure> follow();
     void reportVisit();
-    void end(std::optional<std::string> failure = std::nullopt);
+    void end(Failure failure = std::nullopt);
 
     void backgroundTaskDidLoad(corvane::URLSessionDataTask& task, const corvane::JSONDictionary& json) override;
     void backgroundTaskDidFail(corvane::URLSessionDataTask& task, const corvane::AnyError& error) override;
 
-    /// Prints the request's line and gives its JSON; ends the play when there is none.
-    std::optional<corvane::JSONValue> take(const Download& download);
+    /// Loads and prints the load's line. The options stand in a variable of the caller's: GCC 12 ends a braced
+    /// temporary of an awaiting expression twice.
+    corvane::Task<Download> ask(std::string path, const Downloads::Options& options = usual);
 
-    /// What goes on with an answer while the scoreboard lives.
-    template <class Step>
-    Downloads::Done then(Step step);
-
-    /// Keeps what the answer holds; the last of the first answers opens the board.
-    template <class Model, class Reader>
-    Downloads::Done thenRead(Model Scoreboard::* model, Reader read);
+    static inline const Downloads::Options usual{};
 
     void heading(std::string_view text);
-    void printRequest(const Download& download);
+    void printDownload(const Download& download);
     void printFixtures(const std::set<std::int64_t>& changed);
     void printStandings();
     [[nodiscard]] const std::string& name(std::int64_t team) const;
+    [[nodiscard]] bool isShown(const Fixture& fixture) const;
 
     Terminal& terminal_;
-    Downloads downloads_;
+    std::string backend_;
     End onEnd_;
-    int pendingCount_ = 0;
+    std::shared_ptr<Downloads> downloads_;
     int requestCount_ = 0;
     std::optional<std::string> fixturesDate_;
     Teams teams_ = bundledTeams();

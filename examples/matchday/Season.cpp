@@ -155,6 +155,15 @@ JSONDictionary Season::standings() const {
     return {{"standings", standings}};
 }
 
+std::optional<JSONDictionary> Season::details(std::int64_t fixture) const {
+    const auto match = std::ranges::find(today_, fixture, &Match::id);
+    if (match == today_.end() || match->status == Status::finished) return std::nullopt;
+    constexpr std::array grounds{"Harbour Park", "Old Mill Lane", "Lighthouse Road", "The Moorings"};
+    return JSONDictionary{{"fixture", match->id},
+                          {"stadium", grounds[match->home % grounds.size()]},
+                          {"spectators", 8'000 + 1'375 * match->home}};
+}
+
 JSONDictionary Season::playOn(int minutes) {
     JSONArray goals;
     for (Match& match : today_) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <ctime>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -22,6 +24,9 @@ class Season {
 
     /// {"standings": [{"team", "played", "won", "drawn", "lost", "for", "against", "points", "form"}]}, best first.
     [[nodiscard]] corvane::JSONDictionary standings() const;
+
+    /// {"fixture", "stadium", "spectators"}; absent for games that are over.
+    [[nodiscard]] std::optional<corvane::JSONDictionary> details(std::int64_t fixture) const;
 
     /// Plays on for some minutes: {"goals": [{"fixture", "team", "minute", "score"}]}.
     corvane::JSONDictionary playOn(int minutes);
