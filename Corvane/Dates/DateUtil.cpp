@@ -55,10 +55,6 @@ std::optional<std::int64_t> packedTime(const DateComponents& parts) noexcept {
     return *parts.hour * 10'000 + *parts.minute * 100 + *parts.second;
 }
 
-std::string trackingDate(std::int64_t year, std::int64_t month, std::int64_t day) {
-    return fmt::format(FMT_COMPILE("{:04}-{:02}-{:02}"), year, month, day);
-}
-
 /// A date-time number moved by the seconds that `shift` makes of its instant; 0 when it cannot be read.
 template <class Shift>
 std::int64_t moved(const DateFormatter& formatter, std::int64_t timestamp, Shift shift) {
@@ -163,12 +159,11 @@ std::optional<std::int64_t> DateUtil::dateShortTimestampFromDate(Date date) cons
 }
 
 std::string DateUtil::formatTrackingDateFromShortTimestamp(std::int64_t timestamp) const {
-    return trackingDate(timestamp / 10'000, timestamp / 100 % 100, timestamp % 100);
+    return fmt::format(FMT_COMPILE("{:04}-{:02}-{:02}"), timestamp / 10'000, timestamp / 100 % 100, timestamp % 100);
 }
 
 std::string DateUtil::formatTrackingDateFromScheduledStartDateNumber(std::int64_t number) const {
-    const DateComponents parts = unpacked(number);
-    return trackingDate(*parts.year, *parts.month, *parts.day);
+    return formatTrackingDateFromShortTimestamp(number / 1'000'000);
 }
 
 std::optional<std::string> DateUtil::formatTrackingDateFromScheduledStartDateNumber(

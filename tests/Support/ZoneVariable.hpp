@@ -11,6 +11,8 @@
 
 namespace corvane {
 
+// NOLINTBEGIN(concurrency-mt-unsafe): for tests that run no other threads meanwhile
+
 /// Sets TZ for libc and for the device's zone as long as it lives.
 class ZoneVariable {
   public:
@@ -40,5 +42,7 @@ class ZoneVariable {
 
     std::optional<std::string> former_;
 };
+
+// NOLINTEND(concurrency-mt-unsafe)
 
 }  // namespace corvane

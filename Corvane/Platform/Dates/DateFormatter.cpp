@@ -20,8 +20,8 @@ DateFormatter::DateFormatter(std::string_view dateFormat, std::optional<Locale> 
     compile();
 }
 
-const DateFormatter& DateFormatter::httpDate() noexcept {
-    static const auto& formatter = [&]() -> const DateFormatter& {
+const DateFormatter& DateFormatter::httpDate() {
+    static const auto& formatter = []() -> const DateFormatter& {
         auto& made = *new DateFormatter("EEE, dd MMM yyyy HH:mm:ss 'GMT'", Locale("en_US_POSIX"), TimeZone::utc());
         auto form = std::make_shared<Form>();
         form->pattern = made.form_->pattern;
@@ -49,9 +49,9 @@ void DateFormatter::setCalendar(std::optional<Calendar> calendar) {
 
 void DateFormatter::compile() {
     auto form = std::make_shared<Form>();
-    auto symbols = LocaleSymbols::of(locale());
+    const auto symbols = LocaleSymbols::of(locale());
     if (symbols->hasLatinDigits && (calendar_ || symbols->hasGregorianCalendar))
-        form->pattern = DatePattern::compile(dateFormat_, std::move(symbols));
+        form->pattern = DatePattern::compile(dateFormat_, *symbols);
     if (!form->pattern) form->fallback = std::make_unique<ICUPattern>(dateFormat_, locale(), calendar_);
     form_ = std::move(form);
 }
@@ -60,24 +60,28 @@ std::string DateFormatter::string(Date date) const {
     const double seconds = date.time_since_epoch().count();
     if (!civil::isInstant(seconds)) return {};
     const TimeZone zone = timeZone();
-    if (!form_->pattern) return form_->fallback->format(seconds, zone);
-    auto moment = form_->pattern->moment(seconds);
+    const auto& pattern = form_->pattern;
+    if (!pattern) return form_->fallback->format(seconds, zone);
+    auto moment = pattern->moment(seconds);
     moment.seconds += ZoneAccess::offset(zone, moment.seconds);
-    return form_->pattern->format(moment);
+    return pattern->format(moment);
 }
 
-std::optional<Date> DateFormatter::date(std::optional<std::string_view> text) const {
-    if (!text) return std::nullopt;
-    const auto instant = [](double seconds) { return Date(std::chrono::duration<double>(seconds)); };
-    if (form_->readsHTTPDates) {
-        return parseHTTPDate(*text).transform(
-            [&](std::int64_t seconds) { return instant(static_cast<double>(seconds)); });
+bool DateFormatter::read(std::string_view text, double& seconds) const {
+    return form_->readsHTTPDates ? parseHTTPDate(text, seconds) : readForm(text, seconds);
+}
+
+bool DateFormatter::readForm(std::string_view text, double& seconds) const {
+    const auto& pattern = form_->pattern;
+    if (!pattern) {
+        const auto found = form_->fallback->parse(text, timeZone());
+        seconds = found.value_or(0);
+        return found.has_value();
     }
-    if (!form_->pattern) return form_->fallback->parse(*text, timeZone()).transform(instant);
-    return form_->pattern->parse(*text).transform([&](DatePattern::Moment local) {
-        return instant(static_cast<double>(ZoneAccess::resolve(timeZone(), local.seconds).seconds) +
-                       local.milliseconds / 1000.0);
-    });
+    DatePattern::Moment local{};
+    if (!pattern->parse(text, local)) return false;
+    seconds = static_cast<double>(ZoneAccess::resolve(timeZone(), local.seconds).seconds) + local.milliseconds / 1000.0;
+    return true;
 }
 
 }  // namespace corvane

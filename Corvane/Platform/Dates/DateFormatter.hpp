@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -46,7 +47,7 @@ class CORVANE_EXPORT DateFormatter {
     ///
     /// When it reads, every digit has to be there and names are in the case of the RFC. "UTC" is taken for "GMT", and a
     /// leap second, 23:59:60, for the second after it.
-    [[nodiscard]] static const DateFormatter& httpDate() noexcept;
+    [[nodiscard]] static const DateFormatter& httpDate();
 
     [[nodiscard]] const std::string& dateFormat() const noexcept { return dateFormat_; }
 
@@ -70,12 +71,19 @@ class CORVANE_EXPORT DateFormatter {
     [[nodiscard]] std::string string(Date date) const;
 
     /// The instant that the text means; absent when the text is absent or is not exactly of the form.
-    [[nodiscard]] std::optional<Date> date(std::optional<std::string_view> text) const;
+    [[nodiscard]] std::optional<Date> date(std::optional<std::string_view> text) const {
+        // Inline, as returning an optional from afar takes longer than reading some dates.
+        double seconds = 0;
+        if (!text || !read(*text, seconds)) return std::nullopt;
+        return Date(std::chrono::duration<double>(seconds));
+    }
 
   private:
     struct Form;
 
     void compile();
+    [[nodiscard]] bool read(std::string_view text, double& seconds) const;
+    [[nodiscard]] bool readForm(std::string_view text, double& seconds) const;
 
     std::string dateFormat_;
     std::optional<Locale> locale_;

@@ -109,15 +109,8 @@ void TimeZone::resetSystemTimeZone() {
 }
 
 std::string TimeZone::identifier() const {
-    switch (kind_) {
-        case Kind::utc:
-            return "UTC";
-        case Kind::fixed:
-            return fixedIdentifier(offset_);
-        case Kind::region:
-            break;
-    }
-    return region_->identifier;
+    if (region_ != nullptr) return region_->identifier;
+    return kind_ == Kind::utc ? "UTC" : fixedIdentifier(offset_);
 }
 
 int TimeZone::secondsFromGMT(Date date) const noexcept {

@@ -11,6 +11,8 @@ namespace corvane {
 
 using enum CalendarUnit;
 
+namespace {
+
 Calendar calendarOf(std::string_view zone) {
     return Calendar(*TimeZone::named(zone));
 }
@@ -25,6 +27,8 @@ Date date(const Calendar& calendar, std::int64_t year, int month, int day, int h
 double seconds(std::optional<Date> date) {
     return date ? date->time_since_epoch().count() : std::numeric_limits<double>::quiet_NaN();
 }
+
+}  // namespace
 
 TEST(Calendar, TakesDatesApart) {
     const auto all = era | year | month | weekOfYear | yearForWeekOfYear | weekday | dayOfYear | day | hour | minute |

@@ -17,6 +17,8 @@
 
 namespace corvane {
 
+namespace {
+
 std::unique_ptr<icu::SimpleDateFormat> oracle(std::string_view pattern, const std::string& locale) {
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(
@@ -31,6 +33,8 @@ struct Pattern {
     /// Whether what it writes can be read back, in any year and to the last field.
     bool isWhole;
 };
+
+}  // namespace
 
 TEST(DateFormatterOracle, AgreesWithICU) {
     const std::vector<Pattern> patterns = {{"yyyyMMddHHmmss", false},

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +14,8 @@
 
 namespace corvane {
 
+namespace {
+
 std::optional<double> seconds(std::optional<std::string_view> text,
                               const DateFormatter& formatter = DateFormatter::httpDate()) {
     return formatter.date(text).transform([](Date date) { return date.time_since_epoch().count(); });
@@ -23,6 +24,8 @@ std::optional<double> seconds(std::optional<std::string_view> text,
 Date instant(double seconds) {
     return Date(std::chrono::duration<double>(seconds));
 }
+
+}  // namespace
 
 TEST(DateFormatter, ReadsHTTPDates) {
     EXPECT_EQ(seconds("Sun, 06 Nov 1994 08:49:37 GMT"), 784111777);
@@ -70,6 +73,7 @@ TEST(DateFormatter, WritesAndReadsFields) {
         {"EEEE, MMM d, yyyy h:mm a", "en_US", "America/New_York", evening, "Friday, Mar 15, 2024 3:30 PM"},
         {"yyyy-MM-dd kk:mm", "en_US", "UTC", evening - 19.5 * 3600, "2024-03-15 24:00"},
         {"yyyy-MM-dd KK:mm a", "en_US", "UTC", evening - 7.5 * 3600, "2024-03-15 00:00 PM"},
+        {"yyyy-MM-dd h a H", "en_US", "UTC", evening - 1800, "2024-03-15 7 PM 19"},
         {"d MMM y 'o''clock' HH", "en_US_POSIX", "GMT+0530", evening - 3600, "16 Mar 2024 o'clock 00"},
         {"yyyy-MM-dd HH:mm:ss.SSS", "en_US", "UTC", 1'710'504'000.123, "2024-03-15 12:00:00.123"},
         {"yyyy-MM-dd HH:mm:ss.SSSSSS", "en_US", "UTC", -0.5, "1969-12-31 23:59:59.500000"},
@@ -124,6 +128,7 @@ TEST(DateFormatter, ReadsNothingElse) {
         {"dd.MM.yy", "1.03.24"},
         {"yyyy-MM-dd'T'HH:mm:ssXXX", "2024-02-30T00:00:00Z"},
         {"'", "x"},
+        {"yy SSS", "24 00000000000000000000000000000000000000"},
         {"", ""}};
     for (const auto& [pattern, text] : refused)
         EXPECT_EQ(seconds(text, DateFormatter(pattern, Locale("en_US"), TimeZone::utc())), std::nullopt) << text;
@@ -147,10 +152,11 @@ TEST(DateFormatter, FollowsTheDeviceWhereNothingIsSet) {
 TEST(DateFormatter, IsSharedByThreads) {
     const DateFormatter fast("yyyyMMddHHmmss", Locale("en_US"));
     const DateFormatter slow("yyyyMMddHHmmssXX", Locale("ar_EG"));
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 8; ++thread) {
-        threads.emplace_back([&] {
-            for (double time = evening; time < evening + 50 * 1e5; time += 1e5) {
+    std::array<std::thread, 8> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
+            for (int day = 0; day < 50; ++day) {
+                const double time = evening + day * 86'400.0;
                 EXPECT_EQ(seconds(fast.string(instant(time)), fast), time);
                 EXPECT_EQ(seconds(slow.string(instant(time)), slow), time);
             }

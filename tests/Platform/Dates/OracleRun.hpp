@@ -34,7 +34,7 @@ class OracleRun {
 
   private:
     static std::uint64_t variable(const char* name, std::uint64_t otherwise) {
-        const char* const text = std::getenv(name);
+        const char* const text = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
         return text != nullptr ? std::stoull(text) : otherwise;
     }
 

@@ -21,6 +21,8 @@ namespace corvane {
 
 using testing::ElementsAre;
 
+namespace {
+
 Date at(double seconds) {
     return Date(std::chrono::duration<double>(seconds));
 }
@@ -34,6 +36,8 @@ std::vector<int> offsets(std::string_view zone, double seconds) {
     return {found->secondsFromGMT(at(seconds)), found->daylightSavingTimeOffset(at(seconds)),
             found->isDaylightSavingTime(at(seconds)) ? 1 : 0};
 }
+
+}  // namespace
 
 TEST(TimeZone, KnowsOffsetsAndTheirDaylightSavingPart) {
     EXPECT_THAT(offsets("Europe/Paris", january2024), ElementsAre(3600, 0, 0));

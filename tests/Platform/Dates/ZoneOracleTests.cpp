@@ -1,8 +1,14 @@
-// Zones and the calendar in them against libc, which reads the same database.
+// Zones and the calendar in them against libc, which reads the same database, and against ICU.
 
+#include <chrono>
+#include <cstdint>
 #include <ctime>
+#include <memory>
+#include <set>
+#include <string>
 
 #include <gtest/gtest.h>
+#include <unicode/timezone.h>
 
 #include <Corvane/Platform/Dates/Calendar.hpp>
 
@@ -53,6 +59,34 @@ TEST(ZoneOracle, AgreesWithTheSystem) {
                 << name << " at " << time;
         }
     }
+}
+
+// libc does not tell what daylight saving adds, but ICU does, where its own database has the same offsets.
+TEST(ZoneOracle, AgreesWithICUAboutDaylightSaving) {
+    // Whose winters are the saving side, which ICU's database turns round, and who have changed their standard time
+    // in between, which ours does not tell.
+    const std::set<std::string> others = {"Europe/Dublin",     "Eire",
+                                          "Africa/Windhoek",   "Africa/Casablanca",
+                                          "Africa/El_Aaiun",   "Pacific/Rarotonga",
+                                          "Europe/Simferopol", "America/Pangnirtung"};
+    OracleRun run;
+    std::uint64_t compared = 0;
+    for (const std::string& name : allZones()) {
+        const std::unique_ptr<icu::TimeZone> oracle(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
+        if (*oracle == icu::TimeZone::getUnknown() || others.contains(name)) continue;
+        for (std::uint64_t sample = 0; sample < run.samples() / 500; ++sample) {
+            const std::int64_t time = run.between(157'766'400, 1'640'995'200);
+            std::int32_t standard = 0;
+            std::int32_t saving = 0;
+            UErrorCode status = U_ZERO_ERROR;
+            oracle->getOffset(static_cast<double>(time) * 1000, 0, standard, saving, status);
+            const Date date{std::chrono::seconds(time)};
+            if ((standard + saving) / 1000 != TimeZone::named(name)->secondsFromGMT(date)) continue;
+            ++compared;
+            ASSERT_EQ(TimeZone::named(name)->daylightSavingTimeOffset(date), saving / 1000) << name << " at " << time;
+        }
+    }
+    EXPECT_GT(compared, run.samples() / 2);
 }
 
 }  // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 /// Days and seconds as a calendar on the wall has them, without any zone. Days are counted from 1970-01-01.
@@ -69,6 +70,8 @@ inline constexpr std::int64_t julianLead = 2;
     return {yearFromMarch + (isNextYear ? 1 : 0), isNextYear ? month - 12 : month, (scaled & 0xffff) / 2141 + 1};
 }
 
+inline constexpr std::array<std::uint8_t, 13> monthLengths = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+
 [[nodiscard]] constexpr std::int64_t daysBeforeMonth(unsigned monthFromMarch) noexcept {
     return (979 * static_cast<std::int64_t>(monthFromMarch) - 2919) >> 5;
 }
@@ -96,32 +99,41 @@ inline constexpr std::int64_t julianLead = 2;
     return days >= firstGregorianDay ? detail::gregorianDay(days) : detail::julianDay(days);
 }
 
+// What follows is asked about any month and year in turn, which processors cannot foresee: it does without branches.
+
 /// The day with these names. The month is right and the year within seven million; the day may be any, and runs over.
 /// The ten days that were left out in 1582 are taken for Julian ones.
 [[nodiscard]] constexpr std::int64_t daysFrom(std::int64_t year, unsigned month, std::int64_t day) noexcept {
-    const bool isBeforeMarch = month < 3;
-    const std::int64_t marchYear = year - (isBeforeMarch ? 1 : 0);
+    const unsigned isBeforeMarch = month < 3 ? 1 : 0;
+    const std::int64_t marchYear = year - isBeforeMarch;
     const std::int64_t sinceEpoch =
-        detail::daysBeforeMonth(isBeforeMarch ? month + 12 : month) + day - 1 - detail::marchToEpoch;
+        detail::daysBeforeMonth(month + 12 * isBeforeMarch) + day - 1 - detail::marchToEpoch;
     if (marchYear >= 1582) {
-        const std::int64_t century = marchYear / 100;
-        const std::int64_t gregorian = 1461 * marchYear / 4 - century + century / 4 + sinceEpoch;
+        const auto positive = static_cast<std::uint64_t>(marchYear);
+        const std::uint64_t century = positive / 100;
+        const std::int64_t gregorian =
+            static_cast<std::int64_t>(1461 * positive / 4 - century + century / 4) + sinceEpoch;
         if (gregorian >= firstGregorianDay) return gregorian;
     }
     return floorDivide(1461 * marchYear, 4) + sinceEpoch - detail::julianLead;
 }
 
-/// How many days the month has. October 1582 counts as if its ten days were not left out.
+[[nodiscard]] constexpr bool isLeapYear(std::int64_t year) noexcept {
+    const bool isFourth = (year & 3) == 0;
+    const bool isCentury = year % 25 == 0;
+    // Of those that four divides.
+    const bool isFourthCentury = (year & 15) == 0;
+    return static_cast<bool>(isFourth & (!isCentury | isFourthCentury | (year <= 1582)));
+}
+
+/// How many days the month, 1 to 12, has. October 1582 counts as if its ten days were not left out.
 [[nodiscard]] constexpr unsigned daysInMonth(std::int64_t year, unsigned month) noexcept {
-    if (month != 2) return 30 + ((month + (month >> 3)) & 1);
-    const bool isLeap = floorModulo(year, 4) == 0 && (year <= 1582 || year % 100 != 0 || year % 400 == 0);
-    return isLeap ? 29 : 28;
+    return detail::monthLengths[month] + static_cast<unsigned>(month == 2) * static_cast<unsigned>(isLeapYear(year));
 }
 
 /// Whether there is such a day, which those that were left out in 1582 are not.
 [[nodiscard]] constexpr bool isDay(std::int64_t year, unsigned month, unsigned day) noexcept {
-    if (month - 1 > 11 || day - 1 > 30) return false;
-    if (day > 28 && day > daysInMonth(year, month)) return false;
+    if (month - 1 > 11 || day - 1 >= daysInMonth(year, month)) return false;
     return year != 1582 || month != 10 || day < 5 || day > 14;
 }
 

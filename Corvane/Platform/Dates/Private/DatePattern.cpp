@@ -20,11 +20,16 @@ constexpr char lowerCase(char c) noexcept {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// The digits of the numbers up to 99, two for each; of the second hundred, those below ten have theirs in front.
 constexpr auto twoDigits = [] {
-    std::array<char, 200> digits{};
+    std::array<char, 400> digits{};
     for (std::size_t number = 0; number < 100; ++number) {
-        digits[2 * number] = static_cast<char>('0' + number / 10);
-        digits[2 * number + 1] = static_cast<char>('0' + number % 10);
+        const auto tens = static_cast<char>('0' + number / 10);
+        const auto ones = static_cast<char>('0' + number % 10);
+        digits[2 * number] = tens;
+        digits[2 * number + 1] = ones;
+        digits[200 + 2 * number] = number < 10 ? ones : tens;
+        digits[200 + 2 * number + 1] = ones;
     }
     return digits;
 }();
@@ -34,16 +39,16 @@ char* writeTwo(char* to, unsigned number) noexcept {
     return to + 2;
 }
 
-/// One or two digits, or always two.
-char* write(char* to, unsigned number, unsigned width) noexcept {
-    if (width == 2 || number > 9) return writeTwo(to, number);
-    *to = static_cast<char>('0' + number);
-    return to + 1;
+/// One or two digits, or always two. There is room for two. Without branches, as nobody foresees hours.
+char* writeNumber(char* to, unsigned number, unsigned width) noexcept {
+    const std::size_t first = width == 2 ? 0 : 200;
+    std::memcpy(to, &twoDigits[first + std::size_t{2} * number], 2);
+    return to + 1 + static_cast<std::size_t>(width == 2 || number > 9);
 }
 
 char* writeYear(char* to, std::int64_t year, unsigned width) noexcept {
     const auto number = static_cast<unsigned>(year);
-    if (width == 4 && year <= 9999) return writeTwo(writeTwo(to, number / 100), number % 100);
+    if (number <= 9999 && (width == 4 || number >= 1000)) return writeTwo(writeTwo(to, number / 100), number % 100);
     std::array<char, 12> digits{};
     const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), year).ptr;
     const auto length = static_cast<std::size_t>(end - digits.data());
@@ -51,52 +56,18 @@ char* writeYear(char* to, std::int64_t year, unsigned width) noexcept {
     return std::copy_n(digits.data(), length, to);
 }
 
-/// Exactly `width` digits from the front; none is given by a number too large to be one.
+/// Pieces are copied by so many bytes, as copies of a fixed size are the fastest.
+constexpr std::size_t block = 16;
+
+/// What is no number that a text can have.
 constexpr unsigned noNumber = std::numeric_limits<unsigned>::max();
-
-unsigned takeDigits(std::string_view& rest, std::size_t width) noexcept {
-    if (rest.size() < width) return noNumber;
-    unsigned number = 0;
-    for (std::size_t place = 0; place < width; ++place) {
-        const unsigned digit = static_cast<unsigned char>(rest[place]) - unsigned{'0'};
-        if (digit > 9) return noNumber;
-        number = 10 * number + digit;
-    }
-    rest.remove_prefix(width);
-    return number;
-}
-
-/// As many digits as there are, `most` of them at most.
-unsigned takeUpTo(std::string_view& rest, std::size_t most) noexcept {
-    std::size_t width = 0;
-    while (width < most && width < rest.size() && rest[width] >= '0' && rest[width] <= '9')
-        ++width;
-    return width == 0 ? noNumber : takeDigits(rest, width);
-}
-
-/// The index of the longest name that the text begins with, in whatever case ASCII letters are.
-unsigned takeName(std::string_view& rest, const LocaleSymbols::Names& names) noexcept {
-    unsigned found = noNumber;
-    std::size_t length = 0;
-    for (unsigned index = 0; index < names.size(); ++index) {
-        const std::string& name = names[index];
-        const bool isFound =
-            name.size() > length && std::ranges::equal(name, rest.substr(0, name.size()), {}, lowerCase, lowerCase);
-        if (isFound) {
-            found = index;
-            length = name.size();
-        }
-    }
-    rest.remove_prefix(length);
-    return found;
-}
 
 }  // namespace
 
-std::optional<DatePattern> DatePattern::compile(std::string_view pattern,
-                                                std::shared_ptr<const LocaleSymbols> symbols) {
+std::optional<DatePattern> DatePattern::compile(std::string_view pattern, const LocaleSymbols& symbols) {
+    constexpr std::size_t longest = 1000;
+    if (pattern.size() > longest) return std::nullopt;
     DatePattern compiled;
-    compiled.symbols_ = std::move(symbols);
     bool isQuoted = false;
     std::string literal;
     for (std::size_t place = 0; place < pattern.size();) {
@@ -112,19 +83,23 @@ std::optional<DatePattern> DatePattern::compile(std::string_view pattern,
             ++place;
         } else {
             const std::size_t width = std::min(pattern.find_first_not_of(c, place), pattern.size()) - place;
-            if (!compiled.addLiteral(std::exchange(literal, {})) || !compiled.addField(c, width)) return std::nullopt;
+            compiled.addLiteral(std::exchange(literal, {}));
+            if (!compiled.addField(c, width, symbols)) return std::nullopt;
             place += width;
         }
     }
-    if (isQuoted || !compiled.addLiteral(literal)) return std::nullopt;
+    compiled.addLiteral(literal);
+    if (isQuoted || compiled.texts_.size() > std::numeric_limits<std::uint16_t>::max()) return std::nullopt;
+    compiled.texts_.append(block, '\0');
     return compiled;
 }
 
-bool DatePattern::addField(char letter, std::size_t width) {
-    const auto add = [&](Field field, std::size_t mostWidth) {
+bool DatePattern::addField(char letter, std::size_t width, const LocaleSymbols& symbols) {
+    const auto add = [&](Field field, std::size_t mostWidth, std::size_t usualWidth = 2) {
         if (width > mostWidth) return false;
         steps_.push_back({field, static_cast<std::uint8_t>(width), 0});
-        mostBytes_ += std::max<std::size_t>(width, 2);
+        fuse();
+        mostBytes_ += std::max(width, usualWidth);
         return true;
     };
     switch (letter) {
@@ -132,32 +107,24 @@ bool DatePattern::addField(char letter, std::size_t width) {
             hasDate_ = true;
             // Of two digits, which century is meant is ICU's business.
             if (width == 2) return false;
-            mostBytes_ += 8;
-            return add(Field::year, 9);
+            ++yearFields_;
+            return add(Field::year, 9, 4);
         case 'M':
         case 'L': {
             hasDate_ = true;
             if (width <= 2) return add(Field::month, 2);
-            if (width > 4) return false;
             const bool standsAlone = letter == 'L';
-            if (width == 3) {
-                addNames(Field::monthName, standsAlone ? symbols_->standaloneShortMonths : symbols_->shortMonths);
-            } else {
-                addNames(Field::monthName, standsAlone ? symbols_->standaloneMonths : symbols_->months);
-            }
-            return true;
+            if (width == 3)
+                return addNames(Field::monthName, standsAlone ? symbols.standaloneShortMonths : symbols.shortMonths);
+            return width == 4 && addNames(Field::monthName, standsAlone ? symbols.standaloneMonths : symbols.months);
         }
         case 'd':
             hasDate_ = true;
             return add(Field::day, 2);
         case 'E':
-            if (width > 4) return false;
-            addNames(Field::weekdayName, width == 4 ? symbols_->weekdays : symbols_->shortWeekdays);
-            return true;
+            return width <= 4 && addNames(Field::weekdayName, width == 4 ? symbols.weekdays : symbols.shortWeekdays);
         case 'a':
-            if (width > 3) return false;
-            addNames(Field::dayPeriod, symbols_->dayPeriods);
-            return true;
+            return width <= 3 && addNames(Field::dayPeriod, symbols.dayPeriods);
         case 'H':
             return add(Field::hour0To23, 2);
         case 'k':
@@ -178,84 +145,115 @@ bool DatePattern::addField(char letter, std::size_t width) {
     }
 }
 
-bool DatePattern::addLiteral(std::string_view text) {
-    for (; !text.empty();) {
-        const auto part = text.substr(0, std::numeric_limits<std::uint8_t>::max());
-        if (literals_.size() > std::numeric_limits<std::uint16_t>::max()) return false;
-        steps_.push_back(
-            {Field::literal, static_cast<std::uint8_t>(part.size()), static_cast<std::uint16_t>(literals_.size())});
-        literals_ += part;
-        mostBytes_ += part.size();
-        text.remove_prefix(part.size());
-    }
+void DatePattern::fuse() {
+    // What machines write has no gaps: "yyyyMMdd" and "HHmmss" take one step each.
+    if (steps_.size() < 3) return;
+    const std::span<const Step> last = std::span(steps_).last(3);
+    const auto are = [&](Field first, unsigned width, Field second, Field third) {
+        return last[0].field == first && last[0].width == width && last[1].field == second && last[1].width == 2 &&
+               last[2].field == third && last[2].width == 2;
+    };
+    std::optional<Field> fused;
+    if (are(Field::year, 4, Field::month, Field::day)) fused = Field::compactDate;
+    if (are(Field::hour0To23, 2, Field::minute, Field::second)) fused = Field::compactTime;
+    if (!fused) return;
+    steps_.resize(steps_.size() - 3);
+    steps_.push_back({*fused, 0, 0});
+}
+
+void DatePattern::addPiece(std::string_view text) {
+    hasPieces_ |= text.size() != 1;
+    pieces_.push_back({static_cast<std::uint16_t>(texts_.size()), static_cast<std::uint16_t>(text.size())});
+    texts_ += text;
+}
+
+void DatePattern::addLiteral(std::string_view text) {
+    if (text.empty()) return;
+    steps_.push_back({Field::literal, 0, static_cast<std::uint16_t>(pieces_.size())});
+    addPiece(text);
+    mostBytes_ += text.size();
+}
+
+bool DatePattern::addNames(Field field, const LocaleSymbols::Names& names) {
+    if (names.size() != nameCount(field)) return false;
+    steps_.push_back({field, 0, static_cast<std::uint16_t>(pieces_.size())});
+    for (const std::string& name : names)
+        addPiece(name);
+    mostBytes_ += std::ranges::max(names, {}, &std::string::size).size();
     return true;
 }
 
-void DatePattern::addNames(Field field, const LocaleSymbols::Names& names) {
-    steps_.push_back({field, 0, static_cast<std::uint16_t>(names_.size())});
-    names_.push_back(&names);
-    mostBytes_ += std::ranges::max(names, {}, &std::string::size).size();
+std::size_t DatePattern::nameCount(Field field) noexcept {
+    if (field == Field::monthName) return 12;
+    return field == Field::weekdayName ? 7 : 2;
 }
 
-DatePattern::Moment DatePattern::moment(double seconds) const noexcept {
-    if (!hasFraction_) return {civil::floorSeconds(seconds), 0};
-    // Multiplied first: the fraction alone would show the last digit one too low.
-    const std::int64_t total = civil::floorSeconds(seconds * 1000);
-    const std::int64_t whole = civil::floorDivide(total, 1000);
-    return {whole, static_cast<unsigned>(total - whole * 1000)};
+std::span<const DatePattern::Piece> DatePattern::names(const Step& step) const noexcept {
+    return std::span(pieces_).subspan(step.piece, nameCount(step.field));
 }
 
 std::string DatePattern::format(Moment local) const {
+    std::string text;
+    // Of years with more than four digits, no date has more than seven.
+    constexpr std::int64_t firstLongYear = 253'402'300'800;
+    const bool hasUsualYear = local.seconds < firstLongYear && local.seconds > -firstLongYear;
+    const std::size_t most = mostBytes_ + (hasUsualYear ? 0 : 3 * yearFields_);
+    const std::size_t room = most + (hasPieces_ ? block : 0);
+    // Written in place, unless that took memory which the text alone does not need.
+    if (room > text.capacity() && most <= text.capacity()) {
+        std::array<char, 64> copied;  // NOLINT(cppcoreguidelines-pro-type-member-init): written from the front
+        text.assign(copied.data(), write(copied.data(), local));
+        return text;
+    }
+    text.resize_and_overwrite(room, [&](char* to, std::size_t) { return write(to, local) - to; });
+    return text;
+}
+
+[[gnu::always_inline]] inline char* DatePattern::append(char* to, Piece piece) const noexcept {
+    const char* from = texts_.data() + piece.place;
+    if (piece.size == 1) {
+        *to = *from;
+        return to + 1;
+    }
+    std::memcpy(to, from, block);
+    if (piece.size > block) std::memcpy(to + block, from + block, piece.size - block);
+    return to + piece.size;
+}
+
+char* DatePattern::write(char* to, Moment local) const noexcept {
     const std::int64_t days = civil::floorDivide(local.seconds, civil::secondsPerDay);
     const auto second = static_cast<unsigned>(local.seconds - days * civil::secondsPerDay);
     const unsigned hour = second / 3600;
-    civil::Day day{};
-    if (hasDate_) {
-        day = civil::dayOf(days);
-        // Years are counted within their era.
-        if (day.year <= 0) day.year = 1 - day.year;
-    }
-
-    std::array<char, 96> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): written from the front
-    std::string large;
-    if (mostBytes_ > buffer.size()) large.resize(mostBytes_);
-    char* const start = large.empty() ? buffer.data() : large.data();
-    char* to = start;
-    const auto writeName = [&](const Step& step, unsigned index) {
-        const std::string& name = (*names_[step.place])[index];
-        to = std::copy_n(name.data(), name.size(), to);
-    };
+    const civil::Day day = hasDate_ ? civil::dayOf(days) : civil::Day{};
     for (const Step& step : steps_) {
         switch (step.field) {
-            case Field::literal:
-                to = std::copy_n(literals_.data() + step.place, step.width, to);
-                break;
-            case Field::year:
-                to = writeYear(to, day.year, step.width);
-                break;
             case Field::month:
-                to = write(to, day.month, step.width);
+                to = writeNumber(to, day.month, step.width);
                 break;
             case Field::day:
-                to = write(to, day.day, step.width);
+                to = writeNumber(to, day.day, step.width);
                 break;
             case Field::hour0To23:
-                to = write(to, hour, step.width);
+                to = writeNumber(to, hour, step.width);
                 break;
             case Field::hour1To24:
-                to = write(to, hour == 0 ? 24 : hour, step.width);
+                to = writeNumber(to, hour == 0 ? 24 : hour, step.width);
                 break;
             case Field::hour0To11:
-                to = write(to, hour % 12, step.width);
+                to = writeNumber(to, hour % 12, step.width);
                 break;
             case Field::hour1To12:
-                to = write(to, hour % 12 == 0 ? 12 : hour % 12, step.width);
+                to = writeNumber(to, hour % 12 == 0 ? 12 : hour % 12, step.width);
                 break;
             case Field::minute:
-                to = write(to, second / 60 % 60, step.width);
+                to = writeNumber(to, second / 60 % 60, step.width);
                 break;
             case Field::second:
-                to = write(to, second % 60, step.width);
+                to = writeNumber(to, second % 60, step.width);
+                break;
+            case Field::year:
+                // Counted within its era.
+                to = writeYear(to, day.year > 0 ? day.year : 1 - day.year, step.width);
                 break;
             case Field::fraction: {
                 unsigned rest = local.milliseconds;
@@ -263,18 +261,28 @@ std::string DatePattern::format(Moment local) const {
                     *to++ = static_cast<char>('0' + rest / 100);
                 break;
             }
-            case Field::dayPeriod:
-                writeName(step, hour < 12 ? 0 : 1);
+            case Field::compactDate:
+                to = writeYear(to, day.year > 0 ? day.year : 1 - day.year, 4);
+                to = writeTwo(writeTwo(to, day.month), day.day);
+                break;
+            case Field::compactTime:
+                to = writeTwo(writeTwo(writeTwo(to, hour), second / 60 % 60), second % 60);
+                break;
+            case Field::literal:
+                to = append(to, pieces_[step.piece]);
                 break;
             case Field::monthName:
-                writeName(step, day.month - 1);
+                to = append(to, pieces_[step.piece + day.month - 1]);
                 break;
             case Field::weekdayName:
-                writeName(step, civil::weekday(days) - 1);
+                to = append(to, pieces_[step.piece + civil::weekday(days) - 1]);
+                break;
+            case Field::dayPeriod:
+                to = append(to, pieces_[step.piece + (hour < 12 ? 0U : 1U)]);
                 break;
         }
     }
-    return {start, to};
+    return to;
 }
 
 /// The first of January 1970, until the text says otherwise.
@@ -290,15 +298,92 @@ struct DatePattern::Parsed {
     bool isHalfDay = false;
 };
 
-bool DatePattern::parseStep(const Step& step, std::string_view& rest, Parsed& parsed) const noexcept {
-    const auto number = [&] { return step.width == 2 ? takeDigits(rest, 2) : takeUpTo(rest, 2); };
+/// A text from the front.
+class DatePattern::Reader {
+  public:
+    explicit Reader(std::string_view text) noexcept : at_(text.data()), end_(text.data() + text.size()) {}
+
+    [[nodiscard]] bool isAtEnd() const noexcept { return at_ == end_; }
+
+    [[gnu::always_inline]] bool skip(std::string_view literal) noexcept {
+        if (left() < literal.size()) return false;
+        for (std::size_t place = 0; place < literal.size(); ++place) {
+            if (at_[place] != literal[place]) return false;
+        }
+        at_ += literal.size();
+        return true;
+    }
+
+    /// Exactly two digits.
+    [[gnu::always_inline]] unsigned two() noexcept {
+        if (left() < 2) return noNumber;
+        const unsigned tens = digit(0);
+        const unsigned ones = digit(1);
+        at_ += 2;
+        return std::max(tens, ones) > 9 ? noNumber : 10 * tens + ones;
+    }
+
+    /// Exactly `width` digits.
+    [[gnu::always_inline]] unsigned digits(std::size_t width) noexcept {
+        if (left() < width) return noNumber;
+        unsigned number = 0;
+        unsigned greatest = 0;
+        for (std::size_t place = 0; place < width; ++place) {
+            greatest = std::max(greatest, digit(place));
+            number = 10 * number + digit(place);
+        }
+        at_ += width;
+        return greatest > 9 ? noNumber : number;
+    }
+
+    /// As many digits as there are, `most` of them at most.
+    unsigned digitsUpTo(std::size_t most) noexcept {
+        std::size_t width = 0;
+        while (width < most && width < left() && digit(width) <= 9)
+            ++width;
+        return width == 0 ? noNumber : digits(width);
+    }
+
+    /// The index of the longest name that comes next, in whatever case ASCII letters are.
+    unsigned name(std::span<const Piece> names, std::string_view texts) noexcept {
+        unsigned found = noNumber;
+        std::size_t length = 0;
+        for (unsigned index = 0; index < names.size(); ++index) {
+            const Piece piece = names[index];
+            if (piece.size <= length || piece.size > left()) continue;
+            const std::string_view name = texts.substr(piece.place, piece.size);
+            if (!std::ranges::equal(name, std::string_view(at_, piece.size), {}, lowerCase, lowerCase)) continue;
+            found = index;
+            length = piece.size;
+        }
+        at_ += length;
+        return found;
+    }
+
+  private:
+    [[nodiscard]] std::size_t left() const noexcept { return static_cast<std::size_t>(end_ - at_); }
+
+    /// More than nine for what is no digit.
+    [[nodiscard]] unsigned digit(std::size_t place) const noexcept {
+        return static_cast<unsigned char>(at_[place]) - unsigned{'0'};
+    }
+
+    const char* at_;
+    const char* end_;
+};
+
+[[gnu::always_inline]] inline bool DatePattern::parseStep(const Step& step, Reader& reader,
+                                                          Parsed& parsed) const noexcept {
+    const auto number = [&] { return step.width == 2 ? reader.two() : reader.digitsUpTo(2); };
     switch (step.field) {
         case Field::literal:
-            if (!rest.starts_with(std::string_view(literals_).substr(step.place, step.width))) return false;
-            rest.remove_prefix(step.width);
-            return true;
+            return reader.skip(std::string_view(texts_).substr(pieces_[step.piece].place, pieces_[step.piece].size));
         case Field::year:
-            parsed.year = step.width == 1 ? takeUpTo(rest, 7) : takeDigits(rest, step.width);
+            if (step.width == 4) {
+                parsed.year = reader.digits(4);
+            } else {
+                parsed.year = step.width == 1 ? reader.digitsUpTo(7) : reader.digits(step.width);
+            }
             return parsed.year - 1 < 5'800'000;
         case Field::month:
             parsed.month = number();
@@ -307,11 +392,10 @@ bool DatePattern::parseStep(const Step& step, std::string_view& rest, Parsed& pa
             parsed.day = number();
             return parsed.day - 1 <= 30;
         case Field::hour0To23:
-            parsed.hour = number();
-            return parsed.hour <= 23;
         case Field::hour1To24:
             parsed.hour = number();
-            if (parsed.hour - 1 > 23) return false;
+            parsed.isHalfDay = false;
+            if (step.field == Field::hour1To24 ? parsed.hour - 1 > 23 : parsed.hour > 23) return false;
             parsed.hour %= 24;
             return true;
         case Field::hour0To11:
@@ -328,7 +412,7 @@ bool DatePattern::parseStep(const Step& step, std::string_view& rest, Parsed& pa
             parsed.second = number();
             return parsed.second <= 59;
         case Field::fraction: {
-            const unsigned fraction = takeDigits(rest, step.width);
+            const unsigned fraction = reader.digits(step.width);
             if (fraction == noNumber) return false;
             constexpr std::array<unsigned, 4> scale = {1000, 100, 10, 1};
             parsed.milliseconds = step.width <= 3 ? fraction * scale[step.width] : fraction;
@@ -336,30 +420,43 @@ bool DatePattern::parseStep(const Step& step, std::string_view& rest, Parsed& pa
                 parsed.milliseconds /= 10;
             return true;
         }
+        case Field::compactDate:
+            parsed.year = reader.digits(4);
+            parsed.month = reader.two();
+            parsed.day = reader.two();
+            return parsed.year - 1 < 9999 && parsed.month - 1 <= 11 && parsed.day - 1 <= 30;
+        case Field::compactTime:
+            parsed.hour = reader.two();
+            parsed.isHalfDay = false;
+            parsed.minute = reader.two();
+            parsed.second = reader.two();
+            return parsed.hour <= 23 && parsed.minute <= 59 && parsed.second <= 59;
         case Field::dayPeriod: {
-            const unsigned period = takeName(rest, *names_[step.place]);
+            const unsigned period = reader.name(names(step), texts_);
             parsed.isAfternoon = period == 1;
             return period != noNumber;
         }
         case Field::monthName:
-            parsed.month = takeName(rest, *names_[step.place]) + 1;
+            parsed.month = reader.name(names(step), texts_) + 1;
             return parsed.month != noNumber + 1;
         case Field::weekdayName:
-            return takeName(rest, *names_[step.place]) != noNumber;
+            return reader.name(names(step), texts_) != noNumber;
     }
     return false;
 }
 
-std::optional<DatePattern::Moment> DatePattern::parse(std::string_view text) const noexcept {
+bool DatePattern::parse(std::string_view text, Moment& local) const noexcept {
+    Reader reader(text);
     Parsed parsed;
     for (const Step& step : steps_) {
-        if (!parseStep(step, text, parsed)) return std::nullopt;
+        if (!parseStep(step, reader, parsed)) return false;
     }
-    if (!text.empty() || steps_.empty() || !civil::isDay(parsed.year, parsed.month, parsed.day)) return std::nullopt;
+    if (!reader.isAtEnd() || steps_.empty() || !civil::isDay(parsed.year, parsed.month, parsed.day)) return false;
     const unsigned hour = parsed.hour + (parsed.isHalfDay && parsed.isAfternoon ? 12 : 0);
-    const std::int64_t seconds = civil::daysFrom(parsed.year, parsed.month, parsed.day) * civil::secondsPerDay +
-                                 hour * 3600 + parsed.minute * 60 + parsed.second;
-    return Moment{seconds, parsed.milliseconds};
+    local.seconds = civil::daysFrom(parsed.year, parsed.month, parsed.day) * civil::secondsPerDay + hour * 3600 +
+                    parsed.minute * 60 + parsed.second;
+    local.milliseconds = parsed.milliseconds;
+    return true;
 }
 
 }  // namespace corvane

@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <Corvane/Platform/Dates/Private/CivilTime.hpp>
 #include <Corvane/Platform/Dates/Private/LocaleSymbols.hpp>
 
 namespace corvane {
@@ -19,8 +20,7 @@ namespace corvane {
 class DatePattern {
   public:
     /// Absent when the pattern has a field, or a width of one, that is not covered, and when a quotation does not end.
-    [[nodiscard]] static std::optional<DatePattern> compile(std::string_view pattern,
-                                                            std::shared_ptr<const LocaleSymbols> symbols);
+    [[nodiscard]] static std::optional<DatePattern> compile(std::string_view pattern, const LocaleSymbols& symbols);
 
     /// An instant, or what the clock on the wall shows, counted from 1970.
     struct Moment {
@@ -29,18 +29,23 @@ class DatePattern {
     };
 
     /// An instant of the calendar, as exact as the pattern asks for.
-    [[nodiscard]] Moment moment(double seconds) const noexcept;
+    [[nodiscard]] Moment moment(double seconds) const noexcept {
+        if (!hasFraction_) return {civil::floorSeconds(seconds), 0};
+        // Multiplied first: the fraction alone would show the last digit one too low.
+        const std::int64_t total = civil::floorSeconds(seconds * 1000);
+        const std::int64_t whole = civil::floorDivide(total, 1000);
+        return {whole, static_cast<unsigned>(total - whole * 1000)};
+    }
 
     /// The text of what the clock on the wall shows.
     [[nodiscard]] std::string format(Moment local) const;
 
-    /// What the clock on the wall showed. Absent when the text is not exactly one that the pattern describes.
-    [[nodiscard]] std::optional<Moment> parse(std::string_view text) const noexcept;
+    /// What the clock on the wall showed. Whether the text is exactly one that the pattern describes; not an optional,
+    /// which processors are slow to pass on.
+    [[nodiscard]] bool parse(std::string_view text, Moment& local) const noexcept;
 
   private:
     enum class Field : std::uint8_t {
-        literal,
-        year,
         month,
         day,
         hour0To23,
@@ -49,35 +54,56 @@ class DatePattern {
         hour1To12,
         minute,
         second,
+        year,
         fraction,
-        dayPeriod,
+        /// yyyyMMdd and HHmmss.
+        compactDate,
+        compactTime,
+        literal,
         monthName,
         weekdayName,
+        dayPeriod,
     };
 
     struct Step {
         Field field;
-        /// Digits, or bytes of a literal.
+        /// How many digits at least.
         std::uint8_t width;
-        /// Where a literal stands, and which list a name is from.
-        std::uint16_t place;
+        /// Which piece, or the first of a list of names.
+        std::uint16_t piece;
     };
 
+    /// A text within `texts_`.
+    struct Piece {
+        std::uint16_t place;
+        std::uint16_t size;
+    };
+
+    class Reader;
     struct Parsed;
 
     DatePattern() = default;
 
-    [[nodiscard]] bool addField(char letter, std::size_t width);
-    [[nodiscard]] bool addLiteral(std::string_view text);
-    void addNames(Field field, const LocaleSymbols::Names& names);
-    bool parseStep(const Step& step, std::string_view& rest, Parsed& parsed) const noexcept;
+    [[nodiscard]] bool addField(char letter, std::size_t width, const LocaleSymbols& symbols);
+    void fuse();
+    void addLiteral(std::string_view text);
+    [[nodiscard]] bool addNames(Field field, const LocaleSymbols::Names& names);
+    [[nodiscard]] static std::size_t nameCount(Field field) noexcept;
+    void addPiece(std::string_view text);
+    [[nodiscard]] std::span<const Piece> names(const Step& step) const noexcept;
+    char* append(char* to, Piece piece) const noexcept;
+    char* write(char* to, Moment local) const noexcept;
+    bool parseStep(const Step& step, Reader& reader, Parsed& parsed) const noexcept;
 
     std::vector<Step> steps_;
-    std::string literals_;
-    std::shared_ptr<const LocaleSymbols> symbols_;
-    std::vector<const LocaleSymbols::Names*> names_;
-    /// How many bytes a text has at most.
+    std::vector<Piece> pieces_;
+    /// All pieces, and some bytes behind the last one, so that pieces can be copied in blocks.
+    std::string texts_;
+    /// How many bytes a text has at most, in years of four digits.
     std::size_t mostBytes_ = 0;
+    std::size_t yearFields_ = 0;
+    /// Other than of one byte.
+    bool hasPieces_ = false;
     bool hasDate_ = false;
     bool hasFraction_ = false;
 };

@@ -1,6 +1,8 @@
-#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include <Corvane/Platform/Dates/Private/CivilTime.hpp>
 #include <Corvane/Platform/Dates/Private/HTTPDate.hpp>
@@ -9,24 +11,72 @@ namespace corvane {
 
 namespace {
 
-constexpr std::uint32_t packed(const char* letters) noexcept {
-    return static_cast<std::uint32_t>(static_cast<unsigned char>(letters[0])) << 16U |
-           static_cast<std::uint32_t>(static_cast<unsigned char>(letters[1])) << 8U |
-           static_cast<std::uint32_t>(static_cast<unsigned char>(letters[2]));
+/// Eight bytes, the first one lowest.
+std::uint64_t word(const char* bytes) noexcept {
+    std::uint64_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    if constexpr (std::endian::native == std::endian::big) value = std::byteswap(value);
+    return value;
+}
+
+/// The same of a text known beforehand, of which fewer bytes may be there.
+consteval std::uint64_t packed(std::string_view text) {
+    std::uint64_t value = 0;
+    for (std::size_t place = 0; place < text.size(); ++place)
+        value |= std::uint64_t{static_cast<unsigned char>(text[place])} << (8 * place);
+    return value;
+}
+
+/// Eight bytes of the form, of which '0' stands for a digit and '*' for anything.
+class Shape {
+  public:
+    consteval explicit Shape(std::string_view shape) {
+        for (std::size_t place = 0; place < shape.size(); ++place) {
+            const char c = shape[place];
+            const auto byte = [&](unsigned value) { return std::uint64_t{value} << (8 * place); };
+            if (c == '*') continue;
+            expected_ |= byte(static_cast<unsigned char>(c));
+            forbidden_ |= c == '0' ? byte(0xf0) : byte(0xff);
+            if (c == '0') beyondNine_ |= byte(6);
+        }
+    }
+
+    /// The values of the digits, zero for what stands between them, and whatever was left open.
+    [[nodiscard]] constexpr std::uint64_t values(std::uint64_t bytes) const noexcept { return bytes ^ expected_; }
+
+    /// Of such values, zero when the bytes are of this shape. A carry out of a byte comes from a wrong byte.
+    [[nodiscard]] constexpr std::uint64_t faults(std::uint64_t values) const noexcept {
+        return (values | (values + beyondNine_)) & forbidden_;
+    }
+
+  private:
+    std::uint64_t expected_ = 0;
+    std::uint64_t forbidden_ = 0;
+    std::uint64_t beyondNine_ = 0;
+};
+
+/// The numbers that digits make with those behind them, each in the byte of the first one. What is left open overflows
+/// into one byte above it, which is none of a digit here.
+constexpr std::uint64_t pairs(std::uint64_t values) noexcept {
+    return values * 10 + (values >> 8U);
+}
+
+constexpr unsigned byte(std::uint64_t bytes, unsigned place) noexcept {
+    return static_cast<unsigned>(bytes >> (8 * place)) & 0xff;
 }
 
 /// Finds one of a few names of three letters by one multiplication and one comparison.
-template <std::size_t count>
 class NameTable {
   public:
-    consteval explicit NameTable(const std::array<const char*, count>& names) {
-        while (!fill(names))
+    template <std::size_t count>
+    consteval explicit NameTable(const char (&names)[count]) {
+        while (!fill({names, count - 1}))
             factor_ += 2;
     }
 
     /// From 1; 0 for what is no name.
-    [[nodiscard]] constexpr unsigned find(const char* letters) const noexcept {
-        const std::uint32_t name = packed(letters);
+    [[nodiscard]] constexpr unsigned find(std::uint64_t bytes) const noexcept {
+        const auto name = static_cast<std::uint32_t>(bytes & 0xff'ffff);
         const Entry& entry = entries_[place(name)];
         return entry.name == name ? entry.number : 0;
     }
@@ -39,13 +89,15 @@ class NameTable {
 
     [[nodiscard]] constexpr std::size_t place(std::uint32_t name) const noexcept { return name * factor_ >> 28U; }
 
-    constexpr bool fill(const std::array<const char*, count>& names) noexcept {
+    constexpr bool fill(std::string_view names) noexcept {
         entries_ = {};
-        unsigned number = 0;
-        for (const char* const name : names) {
-            Entry& entry = entries_[place(packed(name))];
+        for (unsigned number = 1; !names.empty(); names.remove_prefix(3), ++number) {
+            std::uint32_t name = 0;
+            for (unsigned letter = 0; letter < 3; ++letter)
+                name |= static_cast<std::uint32_t>(static_cast<unsigned char>(names[letter])) << (8 * letter);
+            Entry& entry = entries_[place(name)];
             if (entry.number != 0) return false;
-            entry = {packed(name), ++number};
+            entry = {name, number};
         }
         return true;
     }
@@ -54,41 +106,41 @@ class NameTable {
     std::array<Entry, 16> entries_{};
 };
 
-constexpr NameTable<12> months({"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"});
-constexpr NameTable<7> weekdays({"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"});
+constexpr NameTable months("JanFebMarAprMayJunJulAugSepOctNovDec");
+constexpr NameTable weekdays("SunMonTueWedThuFriSat");
 
 }  // namespace
 
-std::optional<std::int64_t> parseHTTPDate(std::string_view text) noexcept {
-    // Where "Sun, 06 Nov 1994 08:49:37 GMT" has what.
+bool parseHTTPDate(std::string_view text, double& seconds) noexcept {
     constexpr std::size_t length = 29;
-    if (text.size() != length) return std::nullopt;
-    const char* const bytes = text.data();
-    bool isBroken = false;
-    const auto two = [&](std::size_t place) {
-        const unsigned tens = static_cast<unsigned char>(bytes[place]) - unsigned{'0'};
-        const unsigned ones = static_cast<unsigned char>(bytes[place + 1]) - unsigned{'0'};
-        isBroken |= std::max(tens, ones) > 9;
-        return 10 * tens + ones;
-    };
-    const auto expect = [&](std::size_t place, char c) { isBroken |= bytes[place] != c; };
-    expect(3, ',');
-    for (const std::size_t blank : {4U, 7U, 11U, 16U, 25U})
-        expect(blank, ' ');
-    expect(19, ':');
-    expect(22, ':');
-    const unsigned day = two(5);
-    const unsigned year = 100 * two(12) + two(14);
-    const unsigned hour = two(17);
-    const unsigned minute = two(20);
-    const unsigned second = two(23);
-    const unsigned month = months.find(bytes + 8);
-    const std::uint32_t zone = packed(bytes + 26);
-    if (zone != packed("GMT") && zone != packed("UTC")) return std::nullopt;
-    if (isBroken || month == 0 || weekdays.find(bytes) == 0 || !civil::isDay(year, month, day)) return std::nullopt;
-    const bool isLeapSecond = hour == 23 && minute == 59 && second == 60;
-    if (hour > 23 || minute > 59 || (second > 59 && !isLeapSecond)) return std::nullopt;
-    return civil::daysFrom(year, month, day) * civil::secondsPerDay + hour * 3600 + minute * 60 + second;
+    if (text.size() != length) return false;
+    constexpr Shape dayShape("***, 00 ");
+    constexpr Shape yearShape("*** 0000");
+    constexpr Shape timeShape("00:00:00");
+    // "Sun, 06 ", "Nov 1994", " ", "08:49:37", " GMT"
+    const std::uint64_t dayPart = word(text.data());
+    const std::uint64_t yearPart = word(text.data() + 8);
+    const std::uint64_t zone = word(text.data() + 21) >> 32U;
+    const std::uint64_t dayValues = dayShape.values(dayPart);
+    const std::uint64_t yearValues = yearShape.values(yearPart);
+    const std::uint64_t timeValues = timeShape.values(word(text.data() + 17));
+    const std::uint64_t faults =
+        dayShape.faults(dayValues) | yearShape.faults(yearValues) | timeShape.faults(timeValues);
+    if (faults != 0 || text[16] != ' ' || (zone != packed(" GMT") && zone != packed(" UTC"))) return false;
+
+    const std::uint64_t yearPairs = pairs(yearValues);
+    const std::uint64_t timePairs = pairs(timeValues);
+    const unsigned day = byte(pairs(dayValues), 5);
+    const unsigned month = months.find(yearPart);
+    const unsigned year = 100 * byte(yearPairs, 4) + byte(yearPairs, 6);
+    const unsigned hour = byte(timePairs, 0);
+    const unsigned minute = byte(timePairs, 3);
+    const unsigned second = byte(timePairs, 6);
+    if (month == 0 || weekdays.find(dayPart) == 0 || !civil::isDay(year, month, day)) return false;
+    if (hour > 23 || minute > 59 || (second > 59 && !(hour == 23 && minute == 59 && second == 60))) return false;
+    seconds = static_cast<double>(civil::daysFrom(year, month, day) * civil::secondsPerDay + hour * 3600 + minute * 60 +
+                                  second);
+    return true;
 }
 
 }  // namespace corvane

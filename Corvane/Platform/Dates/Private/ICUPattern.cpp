@@ -1,9 +1,10 @@
-#include <cmath>
+#include <algorithm>
 #include <mutex>
 
 #include <unicode/gregocal.h>
 #include <unicode/simpletz.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/uchar.h>
 
 #include <Corvane/Platform/Dates/Private/ICUPattern.hpp>
 #include <Corvane/Platform/Dates/Private/ZoneAccess.hpp>
@@ -24,6 +25,18 @@ bool hasField(std::string_view pattern, std::string_view letters) noexcept {
 
 icu::UnicodeString unicode(std::string_view text) {
     return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+}
+
+/// How many things that are so stand one after the other at most.
+template <class Is>
+int longestRun(const icu::UnicodeString& text, Is is) {
+    int longest = 0;
+    int run = 0;
+    for (std::int32_t place = 0; place < text.length(); place = text.moveIndex32(place, 1)) {
+        run = is(text.char32At(place)) ? run + 1 : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
 }
 
 std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
@@ -56,6 +69,9 @@ std::unique_ptr<icu::Calendar> makeCalendar(const icu::Locale& locale, const std
 struct ICUPattern::Engine {
     std::mutex mutex;
     std::unique_ptr<icu::SimpleDateFormat> format;
+    /// How many digits there may be together. ICU 72 counts the digits of a fraction in 32 bits: beyond twelve, it
+    /// reads another number, and beyond 34, it divides by zero.
+    int mostDigits = 12;
     bool showsZone = false;
     bool namesZone = false;
 };
@@ -73,6 +89,7 @@ ICUPattern::ICUPattern(std::string_view pattern, const Locale& locale, const std
     format->setBooleanAttribute(UDAT_PARSE_PARTIAL_LITERAL_MATCH, false, status);
     format->setBooleanAttribute(UDAT_PARSE_MULTIPLE_PATTERNS_FOR_MATCH, false, status);
     engine_->format = std::move(format);
+    engine_->mostDigits = std::max(engine_->mostDigits, longestRun(unicode(pattern), u_isalpha));
     engine_->showsZone = hasField(pattern, "zZOvVXx");
     engine_->namesZone = hasField(pattern, "zvV");
 }
@@ -85,8 +102,8 @@ std::string ICUPattern::format(double seconds, const TimeZone& zone) const {
     if (!engine_->format) return text;
     const double milliseconds = seconds * 1000;
     const std::int32_t offset = ZoneAccess::offset(zone, civil::floorSeconds(seconds));
-    auto shown = engine_->namesZone ? namedZone(zone, milliseconds, offset) : fixedZone(offset);
-    engine_->format->adoptTimeZone(shown.release());
+    const auto shown = engine_->namesZone ? namedZone(zone, milliseconds, offset) : fixedZone(offset);
+    engine_->format->setTimeZone(*shown);
     icu::UnicodeString written;
     engine_->format->format(milliseconds, written);
     written.toUTF8String(text);
@@ -102,6 +119,7 @@ std::optional<double> ICUPattern::parse(std::string_view text, const TimeZone& z
     calendar->adoptTimeZone(engine_->showsZone ? icu::TimeZone::createTimeZone(unicode(zone.identifier()))
                                                : icu::TimeZone::getGMT()->clone());
     const auto read = unicode(text);
+    if (longestRun(read, u_isdigit) > engine_->mostDigits) return std::nullopt;
     icu::ParsePosition position(0);
     engine_->format->parse(read, *calendar, position);
     UErrorCode status = U_ZERO_ERROR;

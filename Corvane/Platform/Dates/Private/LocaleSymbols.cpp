@@ -1,6 +1,7 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -34,10 +35,10 @@ LocaleSymbols english() {
     return symbols;
 }
 
-LocaleSymbols::Names names(const icu::UnicodeString* texts, std::int32_t count, std::int32_t from = 0) {
+LocaleSymbols::Names names(const icu::UnicodeString* texts, std::int32_t count, std::size_t from = 0) {
     LocaleSymbols::Names names;
-    for (std::int32_t index = from; index < count; ++index)
-        texts[index].toUTF8String(names.emplace_back());
+    for (const icu::UnicodeString& text : std::span(texts, static_cast<std::size_t>(count)).subspan(from))
+        text.toUTF8String(names.emplace_back());
     return names;
 }
 

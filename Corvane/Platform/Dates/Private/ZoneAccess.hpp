@@ -21,12 +21,12 @@ struct TimeZone::Region {
 class ZoneAccess {
   public:
     [[nodiscard]] static std::int32_t offset(const TimeZone& zone, std::int64_t seconds) noexcept {
-        return zone.kind_ == TimeZone::Kind::region ? zone.region_->rules.at(seconds).offset : zone.offset_;
+        return zone.region_ != nullptr ? zone.region_->rules.at(seconds).offset : zone.offset_;
     }
 
     /// Null for zones of one offset.
     [[nodiscard]] static const ZoneRules* rules(const TimeZone& zone) noexcept {
-        return zone.kind_ == TimeZone::Kind::region ? &zone.region_->rules : nullptr;
+        return zone.region_ != nullptr ? &zone.region_->rules : nullptr;
     }
 
     [[nodiscard]] static ZoneRules::Resolved resolve(const TimeZone& zone, std::int64_t local) noexcept {

@@ -20,7 +20,10 @@ namespace {
 
 constexpr std::size_t mostBytes = std::size_t{1} << 20;
 
-constexpr std::int64_t secondsBeforeHistory = -(std::int64_t{1} << 55);
+/// Some 3,000 years either way. Files may begin with a transition that stands for the beginning of time, and an index
+/// of the table is not for the time beyond.
+constexpr std::int64_t farAway = 100'000'000'000;
+constexpr std::uint32_t mostTransitions = 10'000;
 
 /// The fields of a header, in the order of the file.
 struct Header {
@@ -103,7 +106,8 @@ std::optional<std::vector<ZoneSpan>> readTypes(std::span<const std::byte> record
 }
 
 std::optional<std::vector<ZoneSpan>> readBody(Bytes& bytes, const Header& header, std::size_t timeSize) {
-    if (header.types == 0 || header.leapSeconds != 0 || bytes.size() < header.bodySize(timeSize)) return std::nullopt;
+    if (header.types == 0 || header.leapSeconds != 0 || header.transitions > mostTransitions) return std::nullopt;
+    if (bytes.size() < header.bodySize(timeSize)) return std::nullopt;
     auto times = bytes.take(header.transitions * timeSize);
     const auto indices = bytes.take(header.transitions);
     const auto records = bytes.take(header.types * std::size_t{6});
@@ -116,10 +120,10 @@ std::optional<std::vector<ZoneSpan>> readBody(Bytes& bytes, const Header& header
     for (const std::byte index : indices) {
         const auto type = std::to_integer<std::size_t>(index);
         if (type >= types->size()) return std::nullopt;
-        // Some files begin with an instant that stands for the beginning of time.
-        const std::int64_t from = std::max(signedNumber(times.first(timeSize)), secondsBeforeHistory);
+        std::int64_t from = signedNumber(times.first(timeSize));
         times = times.subspan(timeSize);
-        if (from < spans.back().from) return std::nullopt;
+        if (from < -farAway) from = spans.front().from;
+        if (from < spans.back().from || from > farAway) return std::nullopt;
         spans.push_back((*types)[type]);
         spans.back().from = from;
     }

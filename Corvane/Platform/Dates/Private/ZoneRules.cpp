@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <limits>
 #include <utility>
@@ -29,7 +28,7 @@ std::int64_t newYear(std::int64_t year) noexcept {
 
 ZoneRules::ZoneRules(std::vector<ZoneSpan> spans, const std::optional<PosixZone>& footer)
     : spans_(std::move(spans)), end_(greatest) {
-    if (footer && footer->daylight) appendYears(*footer);
+    if (footer && footer->daylight) appendYears(*footer, *footer->daylight);
 
     // Changes that are none, or that another one follows at once, are dropped: what is left has its start to itself.
     std::vector<ZoneSpan> kept;
@@ -48,7 +47,7 @@ ZoneRules::ZoneRules(std::vector<ZoneSpan> spans, const std::optional<PosixZone>
     makeIndex();
 }
 
-void ZoneRules::appendYears(const PosixZone& footer) {
+void ZoneRules::appendYears(const PosixZone& footer, const PosixZone::Time& daylight) {
     const std::int64_t last = spans_.back().from;
     const std::int64_t firstYear =
         last == least ? firstRuleYear : civil::dayOf(civil::floorDivide(last, civil::secondsPerDay)).year;
@@ -66,13 +65,13 @@ void ZoneRules::appendYears(const PosixZone& footer) {
     const std::int64_t lastYear = firstYear + civil::yearsPerCycle + 2;
     for (std::int64_t year = firstYear; year <= lastYear; ++year) {
         const std::int64_t toDaylight = footer.toDaylight.inYear(year) - footer.standard.offset;
-        const std::int64_t toStandard = footer.toStandard.inYear(year) - footer.daylight->offset;
+        const std::int64_t toStandard = footer.toStandard.inYear(year) - daylight.offset;
         if (toDaylight < toStandard) {
-            append(toDaylight, *footer.daylight, true);
+            append(toDaylight, daylight, true);
             append(toStandard, footer.standard, false);
         } else {
             append(toStandard, footer.standard, false);
-            append(toDaylight, *footer.daylight, true);
+            append(toDaylight, daylight, true);
         }
     }
     end_ = newYear(lastYear);
@@ -80,20 +79,21 @@ void ZoneRules::appendYears(const PosixZone& footer) {
 
 void ZoneRules::findDaylightSaving() noexcept {
     // Files tell which spans are daylight saving, but not what standard time is then. It is that of the standard span
-    // before, or of the one after where only that makes the usual hour (the zone changed its standard time as well).
-    for (std::size_t index = 0; index < spans_.size(); ++index) {
-        if (!spans_[index].isDaylightSaving) continue;
-        const auto saving = [&](const ZoneSpan& standard) { return spans_[index].offset - standard.offset; };
-        const auto isStandard = [](const ZoneSpan& span) { return !span.isDaylightSaving; };
-        const auto middle = spans_.begin() + static_cast<std::ptrdiff_t>(index);
-        const auto before = std::find_if(std::make_reverse_iterator(middle), spans_.rend(), isStandard);
-        const auto after = std::find_if(middle, spans_.end(), isStandard);
-        std::int32_t amount = 0;
-        if (before != spans_.rend()) amount = saving(*before);
-        if (after != spans_.end() && (before == spans_.rend() || amount == 0 || std::abs(saving(*after)) == 3600)) {
-            if (std::abs(amount) != 3600) amount = saving(*after);
-        }
-        spans_[index].daylightSaving = amount;
+    // before, or of the one after where only that makes the usual hour, as the zone changed its standard time as well.
+    constexpr std::int32_t usual = 3600;
+    for (auto span = spans_.begin(); span != spans_.end(); ++span) {
+        if (!span->isDaylightSaving) continue;
+        const auto isStandard = [](const ZoneSpan& other) { return !other.isDaylightSaving; };
+        const auto before = std::find_if(std::make_reverse_iterator(span), spans_.rend(), isStandard);
+        const auto after = std::find_if(span, spans_.end(), isStandard);
+        const std::int32_t sinceBefore = before != spans_.rend() ? span->offset - before->offset : 0;
+        const std::int32_t untilAfter = after != spans_.end() ? span->offset - after->offset : 0;
+        // Where daylight saving was already in force, this is double summer time.
+        const bool isFirst = before.base() == span;
+        const bool isAfter = sinceBefore == 0 || sinceBefore > 2 * usual || (isFirst && untilAfter == usual);
+        span->daylightSaving = isAfter ? untilAfter : sinceBefore;
+        // It never saves nothing: standard time was another one for these months alone.
+        if (span->daylightSaving == 0) span->daylightSaving = usual;
     }
 }
 

@@ -103,7 +103,7 @@ class ZoneRules {
         return index;
     }
 
-    void appendYears(const PosixZone& footer);
+    void appendYears(const PosixZone& footer, const PosixZone::Time& daylight);
     void findDaylightSaving() noexcept;
     void makeIndex();
 
