@@ -18,7 +18,8 @@ EventDebouncer::EventDebouncer(std::optional<std::string> name, double delay)
 EventDebouncer::~EventDebouncer() = default;
 
 std::string_view EventDebouncer::debugDescription() const noexcept {
-    return name() ? *name() : unnamed;
+    const std::optional<std::string>& given = name();
+    return given ? *given : unnamed;
 }
 
 Task<bool> EventDebouncer::debounce() {

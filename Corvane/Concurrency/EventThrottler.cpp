@@ -20,7 +20,8 @@ EventThrottler::EventThrottler(Mode mode, double window) : EventThrottler(std::n
 EventThrottler::~EventThrottler() = default;
 
 std::string_view EventThrottler::debugDescription() const noexcept {
-    return name() ? *name() : unnamed;
+    const std::optional<std::string>& given = name();
+    return given ? *given : unnamed;
 }
 
 Task<bool> EventThrottler::throttle() {

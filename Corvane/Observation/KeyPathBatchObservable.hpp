@@ -57,12 +57,16 @@ class KeyPathBatchObservable {
     }
 
   protected:
-    KeyPathBatchObservable() = default;
     ~KeyPathBatchObservable() = default;
+
+  private:
+    /// Of `Self` alone may it be a base.
+    friend Self;
+
+    KeyPathBatchObservable() = default;
     KeyPathBatchObservable(const KeyPathBatchObservable&) = default;
     KeyPathBatchObservable& operator=(const KeyPathBatchObservable&) = default;
 
-  private:
     [[nodiscard]] Self& self() noexcept { return static_cast<Self&>(*this); }
 };
 

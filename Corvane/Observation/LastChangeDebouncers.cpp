@@ -12,7 +12,7 @@ constexpr double lastChangeDelay = 1.0;
 
 }  // namespace
 
-LastChangeDebouncers& LastChangeDebouncers::shared() noexcept {
+LastChangeDebouncers& LastChangeDebouncers::shared() {
     static auto& debouncers = *new LastChangeDebouncers;
     return debouncers;
 }

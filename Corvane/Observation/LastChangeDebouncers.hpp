@@ -22,7 +22,7 @@ class CORVANE_EXPORT LastChangeDebouncers {
     using Closure = std::shared_ptr<const std::function<void()>>;
 
     /// Made on first use, never destroyed.
-    [[nodiscard]] static LastChangeDebouncers& shared() noexcept;
+    [[nodiscard]] static LastChangeDebouncers& shared();
 
     /// Has `closure` called once nothing has been debounced for `observer` during one second.
     void debounce(const ObserverReference& observer, Closure closure);

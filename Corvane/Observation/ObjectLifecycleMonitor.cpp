@@ -12,7 +12,7 @@ namespace corvane {
 
 namespace {
 
-std::vector<WeakObjectWrapper>& list() noexcept {
+std::vector<WeakObjectWrapper>& list() {
     static auto& objects = *new std::vector<WeakObjectWrapper>;
     return objects;
 }
@@ -44,7 +44,7 @@ void ObjectLifecycleMonitor::printAliveObjects() {
     }
 }
 
-const std::vector<WeakObjectWrapper>& ObjectLifecycleMonitor::objects() noexcept {
+const std::vector<WeakObjectWrapper>& ObjectLifecycleMonitor::objects() {
     return list();
 }
 

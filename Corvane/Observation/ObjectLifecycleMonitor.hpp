@@ -32,7 +32,7 @@ class CORVANE_EXPORT ObjectLifecycleMonitor {
     static void printAliveObjects();
 
     /// The list of the process.
-    [[nodiscard]] static const std::vector<WeakObjectWrapper>& objects() noexcept;
+    [[nodiscard]] static const std::vector<WeakObjectWrapper>& objects();
 };
 
 }  // namespace corvane

@@ -60,23 +60,23 @@ class Observable final : public ObservableType<T> {
     /// Calls `body` with a copy of the value to change in place, and assigns that: one assignment, at the end.
     template <std::invocable<T&> Body>
     void modify(Body&& body) {
-        T value = box_->value;
+        const typename Box::Use use(*box_);
+        T value = use.box.value;
         std::forward<Body>(body)(value);
-        setValue(std::move(value));
+        use.box.assign(std::move(value));
     }
 
     void addObserver(const ObserverReference& observer, bool removeIfExists, ObservableOptions options,
                      Closure closure) override {
         const typename Box::Use use(*box_);
-        if (removeIfExists) removeObserver(observer);
+        if (removeIfExists) use.box.remove(observer);
         use.box.callbacks.add(observer, options, std::move(closure), use.box.value);
     }
 
     /// Also lets go of the debouncer that `addOnLastChangeObserver` keeps for `observer`; what waits there still fires.
     void removeObserver(const ObserverReference& observer) override {
         const typename Box::Use use(*box_);
-        use.box.callbacks.remove(observer);
-        detail::LastChangeDebouncers::shared().drop(observer);
+        use.box.remove(observer);
     }
 
   private:
@@ -115,6 +115,11 @@ class Observable final : public ObservableType<T> {
             if (callbacks.mayReact(ObservableOption::changed) && !(newValue == oldValue)) {
                 callbacks.notify(ObservableOption::changed, newValue);
             }
+        }
+
+        void remove(const ObserverReference& observer) {
+            callbacks.remove(observer);
+            detail::LastChangeDebouncers::shared().drop(observer);
         }
 
         T value;

@@ -20,13 +20,16 @@ Task<bool> eventOutcome(Submit submit, SourceFileContext context) {
     });
 }
 
+template <class Operation>
+Task<> performed(Operation operation) {
+    operation();
+    co_return;
+}
+
 /// Calls `operation()` on the main thread.
 template <class Operation>
 Task<> performedOnMain(Operation operation) {
-    co_await onMain([&]() -> Task<> {
-        operation();
-        co_return;
-    });
+    co_await onMain(performed(std::move(operation)));
 }
 
 }  // namespace corvane
