@@ -18,16 +18,15 @@ const AnyError& decryptionError() {
 
 ApiResponse apiResponse(const SimpleHttpResponse& response) {
     if (response.isNotModified() && !response.error() && response.lastModified()) {
-        return ApiResponse(std::nullopt, response);
+        return {std::nullopt, response};
     }
-    if (response.data()) return ApiResponse(response.data(), response);
-    return ApiResponse(response.error().value_or(decryptionError()), response.statusCode());
+    if (response.data()) return {response.data(), response};
+    return {response.error().value_or(decryptionError()), response.statusCode()};
 }
 
 ApiResponse emptyPostResponse() {
     auto body = JSONSerialization::data(JSONDictionary(), {.prettyPrinted = true});
-    return ApiResponse(body ? std::optional(*std::move(body)) : std::nullopt, std::nullopt, false, std::nullopt,
-                       std::nullopt);
+    return {body ? std::optional(*std::move(body)) : std::nullopt, std::nullopt, false, std::nullopt, std::nullopt};
 }
 
 ApiResponse cachedResponse(ApiResponse response, const std::string& key, DataCache& cache, Date now) {
@@ -38,9 +37,9 @@ ApiResponse cachedResponse(ApiResponse response, const std::string& key, DataCac
         return response;
     }
     auto record = cache.lookup(key);
-    if (!record) return ApiResponse(std::nullopt, std::nullopt, false, std::nullopt, std::nullopt);
-    return ApiResponse(std::move(record->data), std::move(record->lastModified), response.isNotModified(), std::nullopt,
-                       std::nullopt);
+    if (!record) return {std::nullopt, std::nullopt, false, std::nullopt, std::nullopt};
+    return {std::move(record->data), std::move(record->lastModified), response.isNotModified(), std::nullopt,
+            std::nullopt};
 }
 
 }  // namespace corvane
