@@ -17,9 +17,11 @@ constexpr double longestRetryDelay = 64;
 NetworkPath::Result<std::shared_ptr<NetworkPath>> KernelPath::make(std::string hostName, PathMonitor& monitor) {
     if (const auto address = SocketAddress::parse(hostName)) return make(*address, monitor);
     if (auto opened = RouteQueries::shared().open(); !opened) return std::unexpected(opened.error());
-    const std::shared_ptr<KernelPath> path(new KernelPath(std::move(hostName), {}, monitor));
-    const std::lock_guard lock(path->mutex_);
-    path->lookUp();
+    std::shared_ptr<KernelPath> path(new KernelPath(std::move(hostName), {}, monitor));
+    {
+        const std::lock_guard lock(path->mutex_);
+        path->lookUp();
+    }
     return path;
 }
 

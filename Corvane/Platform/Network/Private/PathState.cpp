@@ -17,8 +17,11 @@ using netlink::takeAttribute;
 
 std::optional<SocketAddress> addressOf(Bytes bytes) noexcept {
     // The length tells the family.
-    if (bytes.size() == sizeof(SocketAddress::IPv4Bytes)) return SocketAddress(*read<SocketAddress::IPv4Bytes>(bytes));
-    if (bytes.size() == sizeof(SocketAddress::IPv6Bytes)) return SocketAddress(*read<SocketAddress::IPv6Bytes>(bytes));
+    constexpr auto address = [](const auto& ofFamily) { return SocketAddress(ofFamily); };
+    if (bytes.size() == sizeof(SocketAddress::IPv4Bytes))
+        return read<SocketAddress::IPv4Bytes>(bytes).transform(address);
+    if (bytes.size() == sizeof(SocketAddress::IPv6Bytes))
+        return read<SocketAddress::IPv6Bytes>(bytes).transform(address);
     return std::nullopt;
 }
 
