@@ -139,7 +139,8 @@ void Reachability::notify() {
     std::shared_ptr<NotificationCenter> center;
     {
         const std::lock_guard lock(lock_);
-        const bool isUnavailable = connectionBy(*flags_, allowsCellular_) == Connection::unavailable;
+        const bool isUnavailable =
+            connectionBy(flags_.value_or(NetworkFlags()), allowsCellular_) == Connection::unavailable;
         callback = isUnavailable ? whenUnreachable_ : whenReachable_;
         center = center_;
     }
