@@ -145,8 +145,9 @@ class CommandWith {
                       "A command's action is called with the command's argument, as const T&, or with "
                       "nothing if the command takes none");
         if constexpr (isCallable) {
-            auto unified = [callable = Callable(std::forward<Action>(action))](
-                               [[maybe_unused]] const Argument& value) mutable -> decltype(auto) {
+            Callable given(std::forward<Action>(action));
+            auto unified = [callable =
+                                std::move(given)]([[maybe_unused]] const Argument& value) mutable -> decltype(auto) {
                 if constexpr (std::is_void_v<T>) {
                     return callable();
                 } else {
