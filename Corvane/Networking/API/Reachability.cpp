@@ -8,7 +8,7 @@ namespace corvane {
 
 namespace {
 
-constexpr std::string_view queueLabel = "com.corvane.reachability";
+constexpr std::string_view queueLabel = "org.corvane.reachability";
 
 std::shared_ptr<NotificationCenter> defaultCenter() {
     // The default center is never destroyed, so nobody has to own it.
