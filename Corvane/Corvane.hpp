@@ -120,6 +120,7 @@
 #include <Corvane/Platform/Application/BackgroundTaskRegister.hpp>
 #include <Corvane/Platform/Application/BackgroundTasks.hpp>
 #include <Corvane/Platform/Collections/OrderedDictionary.hpp>
+#include <Corvane/Platform/Collections/OrderedElements.hpp>
 #include <Corvane/Platform/Collections/OrderedIterator.hpp>
 #include <Corvane/Platform/Collections/OrderedSet.hpp>
 #include <Corvane/Platform/Collections/OrderedTable.hpp>

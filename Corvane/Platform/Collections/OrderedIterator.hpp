@@ -21,13 +21,14 @@ class OrderedIterator {
 
     OrderedIterator() noexcept = default;
 
-    OrderedIterator(Element* element, const Table& table) noexcept : element_(element), table_(&table) {}
+    OrderedIterator(Element* element, const Table& table) noexcept
+        : element_(element), stop_(element != table.end() ? table.gapBehind(element) : element), table_(&table) {}
 
     template <class Other>
         requires(!std::same_as<Other, Show> && std::constructible_from<Show, Other>)
     OrderedIterator(
         const OrderedIterator<Table, Element, Other>& other) noexcept  // NOLINT(google-explicit-constructor)
-        : element_(other.element_), table_(other.table_) {}
+        : element_(other.element_), stop_(other.stop_), table_(other.table_) {}
 
     [[nodiscard]] reference operator*() const noexcept { return Show()(*element_); }
 
@@ -46,7 +47,10 @@ class OrderedIterator {
     }
 
     OrderedIterator& operator++() noexcept {
-        element_ = table_->next(element_);
+        if (++element_ == stop_) [[unlikely]] {
+            element_ = table_->elementFrom(element_);
+            if (element_ != table_->end()) stop_ = table_->gapBehind(element_);
+        }
         return *this;
     }
 
@@ -57,7 +61,8 @@ class OrderedIterator {
     }
 
     OrderedIterator& operator--() noexcept {
-        element_ = table_->previous(element_);
+        element_ = table_->elementBefore(element_);
+        stop_ = element_ + 1;
         return *this;
     }
 
@@ -74,6 +79,8 @@ class OrderedIterator {
     friend class OrderedIterator;
 
     Element* element_ = nullptr;
+    /// No gap is looked for before this.
+    Element* stop_ = nullptr;
     const Table* table_ = nullptr;
 };
 
