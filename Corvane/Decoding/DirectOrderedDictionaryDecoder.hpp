@@ -1,7 +1,10 @@
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <expected>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -38,7 +41,7 @@ class DirectOrderedDictionaryDecoder {
     [[nodiscard]] static std::expected<OrderedDictionary<Key, Value>, DecodingError> decode(
         const KeyedDecodingContainer& container, std::string_view key) {
         std::expected<OrderedDictionary<Key, Value>, DecodingError> dictionary;
-        if (auto error = container.readMembers(key, &*dictionary, &addEntry<Key, Value>, &removeAll<Key, Value>)) {
+        if (auto error = container.readMembers(key, &*dictionary, &addEntry<Key, Value>, &prepare<Key, Value>)) {
             dictionary = std::unexpected(*std::move(error));
         }
         return dictionary;
@@ -56,9 +59,16 @@ class DirectOrderedDictionaryDecoder {
     template <class Key, class Value>
     static bool addEntry(detail::JSONCursor& cursor, void* dictionary, std::string_view name,
                          const detail::CodingStep* path) {
-        auto value = detail::readNew<Value>(cursor, path);
-        if (!value) return cursor.fail(std::move(value).error());
-        auto key = detail::keyNamed<Key>(detail::DynamicKey(name));
+        auto value = readValue<Value>(cursor, path);
+        if (!value) return false;
+        // A text goes where it stays at once.
+        auto key = [name] {
+            if constexpr (std::same_as<Key, std::string>) {
+                return std::optional(name);
+            } else {
+                return detail::keyNamed<Key>(detail::DynamicKey(name));
+            }
+        }();
         if (!key) return true;
         auto& entries = *static_cast<OrderedDictionary<Key, Value>*>(dictionary);
         const auto [current, isNew] = entries.tryEmplace(*std::move(key), *std::move(value));
@@ -69,9 +79,27 @@ class DirectOrderedDictionaryDecoder {
         return true;
     }
 
+    /// Absent when the cursor has failed.
+    template <class Value>
+    static std::optional<Value> readValue(detail::JSONCursor& cursor, const detail::CodingStep* path) {
+        if constexpr (detail::CodedAsItIs<Value> && !std::same_as<Value, Date>) {
+            std::optional<Value> value(std::in_place);
+            if (!cursor.read(*value, path)) value.reset();
+            return value;
+        } else {
+            auto value = detail::readNew<Value>(cursor, path);
+            if (value) return *std::move(value);
+            cursor.fail(std::move(value).error());
+            return std::nullopt;
+        }
+    }
+
+    /// Empties the dictionary and makes room for as many entries as there may be, if that says anything.
     template <class Key, class Value>
-    static void removeAll(void* dictionary) {
-        static_cast<OrderedDictionary<Key, Value>*>(dictionary)->clear();
+    static void prepare(void* dictionary, std::size_t mostEntries) {
+        auto& entries = *static_cast<OrderedDictionary<Key, Value>*>(dictionary);
+        entries.clear();
+        if constexpr (detail::CodedAsItIs<Value> && !std::same_as<Value, JSONValue>) entries.reserve(mostEntries);
     }
 };
 

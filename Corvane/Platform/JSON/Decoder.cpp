@@ -90,13 +90,16 @@ std::expected<Decoder, DecodingError> KeyedDecodingContainer::decoder(std::strin
 
 std::optional<DecodingError> KeyedDecodingContainer::readMembers(std::string_view key, void* target,
                                                                  detail::JSONCursor::ReadEntry entry,
-                                                                 void (*removeAll)(void* target)) const {
+                                                                 void (*prepare)(void* target,
+                                                                                 std::size_t most)) const {
     const ExactScope scope(*cursor_);
     const auto step = moveTo(key);
     if (!step) return cursor_->takeError();
     const std::uint32_t position = cursor_->position();
+    const std::size_t most = cursor_->mostMembers();
+    prepare(target, most);
     if (cursor_->readDictionaryInGoodFaith(target, entry, &*step)) return std::nullopt;
-    removeAll(target);
+    prepare(target, most);
     cursor_->moveTo(position);
     if (cursor_->readDictionary(target, entry, &*step)) return std::nullopt;
     return cursor_->takeError();

@@ -3,6 +3,10 @@
 #include <bit>
 #include <cstring>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
 #include <Corvane/Platform/JSON/JSONValue.hpp>
 #include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
@@ -21,25 +25,29 @@ constexpr bool isSimpleEscape(char c) noexcept {
     return c == '"' || c == '\\' || c == '/' || c == 'b' || c == 'f' || c == 'n' || c == 'r' || c == 't';
 }
 
-/// Where the first backslash is from `from` on; the size when there is none. Reads eight bytes at a time, also beyond
-/// the end.
-inline std::size_t findEscape(std::string_view raw, std::size_t from = 0) noexcept {
-    constexpr std::uint64_t ones = 0x0101010101010101;
-    constexpr std::uint64_t backslashes = ones * '\\';
-    for (std::size_t i = from; i < raw.size(); i += sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, raw.data() + i, sizeof word);
-        word ^= backslashes;
-        // The first byte that was a backslash is now the lowest with its high bit set.
-        const std::uint64_t found = (word - ones) & ~word & (ones << 7);
-        if (found == 0) continue;
-        if constexpr (std::endian::native == std::endian::little) {
-            return std::min(raw.size(), i + static_cast<std::size_t>(std::countr_zero(found)) / 8);
-        } else {
-            return std::min(raw.size(), raw.find('\\', i));
-        }
+constexpr std::size_t blockSize = 16;
+
+/// For each of the characters from `text` on, which must all be readable, one bit: whether it is a backslash.
+inline unsigned backslashes(const char* text) noexcept {
+#ifdef __SSE2__
+    __m128i block;
+    std::memcpy(&block, text, sizeof block);
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('\\'))));
+#else
+    unsigned found = 0;
+    for (std::size_t i = 0; i < blockSize; ++i)
+        found |= static_cast<unsigned>(text[i] == '\\') << i;
+    return found;
+#endif
+}
+
+/// Whether there is a backslash. Reads whole blocks, also beyond the end.
+inline bool hasEscape(std::string_view raw) noexcept {
+    for (std::size_t i = 0; i < raw.size(); i += blockSize) {
+        const unsigned found = backslashes(raw.data() + i);
+        if (found != 0) return i + static_cast<std::size_t>(std::countr_zero(found)) < raw.size();
     }
-    return raw.size();
+    return false;
 }
 
 }  // namespace
@@ -87,7 +95,7 @@ bool JSONCursor::isLiteral(std::string_view literal) const noexcept {
 }
 
 bool JSONCursor::unescape(std::string_view& raw) {
-    if (findEscape(raw) == raw.size()) return true;
+    if (!hasEscape(raw)) return true;
     const auto plain = structure_.unescaped(raw, scratch_);
     if (!plain) return false;
     raw = *plain;
@@ -95,10 +103,18 @@ bool JSONCursor::unescape(std::string_view& raw) {
 }
 
 bool JSONCursor::hasValidEscapes(std::string_view raw) {
-    for (std::size_t i = findEscape(raw); i < raw.size(); i = findEscape(raw, i + 2)) {
-        const char escape = raw[i + 1];
-        if (escape == 'u') return unescape(raw);
-        if (!isSimpleEscape(escape)) return false;
+    std::size_t checked = 0;
+    for (std::size_t i = 0; i < raw.size(); i += blockSize) {
+        for (unsigned found = backslashes(raw.data() + i); found != 0; found &= found - 1) {
+            const std::size_t at = i + static_cast<std::size_t>(std::countr_zero(found));
+            if (at >= raw.size()) return true;
+            // The second of two backslashes.
+            if (at < checked) continue;
+            const char escape = raw[at + 1];
+            if (escape == 'u') return unescape(raw);
+            if (!isSimpleEscape(escape)) return false;
+            checked = at + 2;
+        }
     }
     return true;
 }
@@ -179,6 +195,7 @@ bool JSONCursor::skipScalar() {
             break;
         default: {
             if (first != '-' && !isDigit(first)) return false;
+            if (at_ + 1 < tokenCount_ && isShortNumber(tokenBegin())) break;
             JSONNumberText number;
             if (!scanNumber(tokenBegin(), tokenEnd(), number) ||
                 (number.mayBeTooLarge() && !numberValue(number, ignored)))
@@ -190,6 +207,46 @@ bool JSONCursor::skipScalar() {
 }
 
 // Containers
+
+template <class T>
+bool JSONCursor::readOptional(std::optional<T>& value, const CodingStep* path) {
+    value.reset();
+    return readNull() || read(value.emplace(), path);
+}
+
+[[gnu::always_inline]] inline bool JSONCursor::readMember(void* object, const MemberCoding& member,
+                                                          const CodingStep* path) {
+    if (member.kind == MemberKind::other) return member.read(*this, object, path);
+    void* const place = static_cast<std::byte*>(object) +
+                        (static_cast<const std::byte*>(member.member) - static_cast<const std::byte*>(member.object));
+    switch (member.kind) {
+        case MemberKind::boolean:
+            return read(*static_cast<bool*>(place), path);
+        case MemberKind::int32:
+            return read(*static_cast<std::int32_t*>(place), path);
+        case MemberKind::int64:
+            return read(*static_cast<std::int64_t*>(place), path);
+        case MemberKind::real:
+            return read(*static_cast<double*>(place), path);
+        case MemberKind::text:
+            return read(*static_cast<std::string*>(place), path);
+        case MemberKind::optionalBoolean:
+            return readOptional(*static_cast<std::optional<bool>*>(place), path);
+        case MemberKind::optionalInt32:
+            return readOptional(*static_cast<std::optional<std::int32_t>*>(place), path);
+        case MemberKind::optionalInt64:
+            return readOptional(*static_cast<std::optional<std::int64_t>*>(place), path);
+        case MemberKind::optionalReal:
+            return readOptional(*static_cast<std::optional<double>*>(place), path);
+        case MemberKind::optionalText:
+            return readOptional(*static_cast<std::optional<std::string>*>(place), path);
+        case MemberKind::aggregate:
+            return readAggregate(place, *member.nested, path);
+        case MemberKind::other:
+            break;
+    }
+    std::unreachable();
+}
 
 bool JSONCursor::readAggregate(void* object, const AggregateCoding& coding, const CodingStep* path) {
     if (exact_) return readAggregateExactly(object, coding, path);
@@ -204,12 +261,13 @@ bool JSONCursor::readAggregate(void* object, const AggregateCoding& coding, cons
             if (!passKey(key) || (coding.hasBackslash && !unescape(key))) return false;
             std::size_t index = coding.find(key, likely);
             // A key with escapes is not one of ours as it stands, but may be one without them.
-            if (index == coding.members.size() && !coding.hasBackslash && findEscape(key) < key.size()) {
+            if (index == coding.members.size() && !coding.hasBackslash && hasEscape(key)) {
                 if (!unescape(key)) return false;
                 index = coding.find(key, likely);
             }
             if (index == coding.members.size()) {
-                if (!skip()) return false;
+                const char first = peek();
+                if (!(first == '{' || first == '[' ? skip() : skipScalar())) return false;
                 continue;
             }
             // Which of two values under one key counts is told only by an exact look.
@@ -219,7 +277,7 @@ bool JSONCursor::readAggregate(void* object, const AggregateCoding& coding, cons
             likely = index + 1;
             const MemberCoding& member = coding.members[index];
             step.key = member.key;
-            if (!member.read(*this, object, &step)) return false;
+            if (!readMember(object, member, &step)) return false;
         } while (take(','));
         if (!take('}')) return false;
     }
@@ -238,7 +296,7 @@ bool JSONCursor::readAggregateExactly(void* object, const AggregateCoding& codin
         if (index == coding.members.size()) continue;
         const auto step = CodingStep::to(path, coding.members[index].key);
         at_ = entry.value;
-        if (!coding.members[index].read(*this, object, &step)) return false;
+        if (!readMember(object, coding.members[index], &step)) return false;
         seen |= std::uint64_t{1} << index;
     }
     --depth_;
@@ -249,15 +307,16 @@ bool JSONCursor::readAggregateExactly(void* object, const AggregateCoding& codin
     return true;
 }
 
-bool JSONCursor::readArray(void* list, bool (*element)(JSONCursor&, void*, const CodingStep*), const CodingStep* path) {
+bool JSONCursor::readArray(void* list, ReadElement element, const CodingStep* path) {
     if (peek() != '[') return failMismatch("an array", path);
     if (depth_ == maximumDepth) return failMalformed();
     ++at_;
     ++depth_;
     auto step = CodingStep::to(path, std::size_t{0});
+    const std::uint32_t begin = at_;
     if (!take(']')) {
         do {
-            if (!element(*this, list, &step)) return false;
+            if (!element(*this, list, begin, &step)) return false;
             ++step.index;
         } while (take(','));
         if (!take(']')) return failMalformed();

@@ -1,21 +1,18 @@
 #pragma once
 
-#include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <deque>
 #include <expected>
 #include <limits>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include <Corvane/Export.hpp>
+#include <Corvane/Platform/JSON/AggregateCoding.hpp>
 #include <Corvane/Platform/JSON/CodingPath.hpp>
 #include <Corvane/Platform/JSON/DecodingError.hpp>
 #include <Corvane/Platform/JSON/JSONNumber.hpp>
@@ -26,80 +23,11 @@ class JSONValue;
 
 namespace detail {
 
-class JSONCursor;
 class JSONStructure;
 struct JSONNumberText;
 
 /// The error whose text is `problem` and where it is.
 [[nodiscard]] CORVANE_EXPORT DecodingError corruptedAt(std::string_view problem, const CodingStep* path);
-
-/// How one member of a struct is read.
-struct MemberCoding {
-    using Read = bool (*)(JSONCursor&, void* object, const CodingStep*);
-
-    constexpr MemberCoding() = default;
-
-    constexpr MemberCoding(std::string_view memberKey, Read readMember, bool isRequired)
-        : key(memberKey), read(readMember), required(isRequired) {
-        std::array<char, sizeof head> bytes{};
-        for (std::size_t i = 0; i < key.size() && i < bytes.size(); ++i)
-            bytes[i] = key[i];
-        head = std::bit_cast<std::uint64_t>(bytes);
-    }
-
-    /// Whether `other` is the key. Eight bytes must be readable from its beginning, however short it is.
-    [[nodiscard]] bool isKey(std::string_view other) const noexcept {
-        if (other.size() != key.size()) return false;
-        if (other.size() > sizeof head) return other == key;
-        std::array<char, sizeof head> bytes;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-        std::memcpy(bytes.data(), other.data(), sizeof head);
-        const auto difference = std::bit_cast<std::uint64_t>(bytes) ^ head;
-        const std::size_t unused = (sizeof head - other.size()) * 8;
-        if (unused == 64) return true;
-        if constexpr (std::endian::native == std::endian::little) {
-            return difference << unused == 0;
-        } else {
-            return difference >> unused == 0;
-        }
-    }
-
-    std::string_view key;
-    Read read = nullptr;
-    /// The first bytes of the key, zeros behind it.
-    std::uint64_t head = 0;
-    bool required = false;
-};
-
-/// How the members of a struct are found and read. At most 64.
-struct AggregateCoding {
-    std::span<const MemberCoding> members;
-    /// For each length of a key the members that have such a key; long ones share the last place.
-    std::array<std::uint64_t, 32> byLength{};
-    std::uint64_t required = 0;
-    /// Whether a key holds a backslash: then a document's keys are only like ours without their escapes.
-    bool hasBackslash = false;
-
-    constexpr explicit AggregateCoding(std::span<const MemberCoding> coded) : members(coded) {
-        for (std::size_t i = 0; i < members.size(); ++i) {
-            byLength[lengthClass(members[i].key.size())] |= std::uint64_t{1} << i;
-            if (members[i].required) required |= std::uint64_t{1} << i;
-            hasBackslash = hasBackslash || members[i].key.contains('\\');
-        }
-    }
-
-    static constexpr std::size_t lengthClass(std::size_t length) noexcept { return length < 31 ? length : 31; }
-
-    /// The member called `key`, or the number of members. `likely` is looked at first. Eight bytes must be readable
-    /// from the beginning of `key`.
-    [[nodiscard]] std::size_t find(std::string_view key, std::size_t likely) const noexcept {
-        if (likely < members.size() && members[likely].isKey(key)) return likely;
-        for (std::uint64_t left = byLength[lengthClass(key.size())]; left != 0; left &= left - 1) {
-            const auto candidate = static_cast<std::size_t>(std::countr_zero(left));
-            if (members[candidate].isKey(key)) return candidate;
-        }
-        return members.size();
-    }
-};
 
 /// The members of one dictionary of a document, in payload order, each key once.
 class CORVANE_EXPORT JSONMemberTable {
@@ -171,10 +99,26 @@ class CORVANE_EXPORT JSONCursor {
 
     bool readAggregate(void* object, const AggregateCoding& coding, const CodingStep* path);
 
+    /// `begin` is the position of the array's first element.
+    using ReadElement = bool (*)(JSONCursor&, void* list, std::uint32_t begin, const CodingStep*);
+
     /// Calls `element` for each element with the cursor at it.
-    bool readArray(void* list, bool (*element)(JSONCursor&, void* list, const CodingStep*), const CodingStep* path);
+    bool readArray(void* list, ReadElement element, const CodingStep* path);
+
+    /// How many elements there are at most in an array that began at `begin` and has `count` elements up to here, if
+    /// the others are like them. There is at least one.
+    [[nodiscard]] std::size_t expectedElements(std::uint32_t begin, std::size_t count) const noexcept {
+        const std::size_t tokens = (at_ - begin) / count;
+        return count + (tokenCount_ - at_) / (tokens > 0 ? tokens : 1) + 1;
+    }
 
     using ReadEntry = bool (*)(JSONCursor&, void* dictionary, std::string_view key, const CodingStep*);
+
+    /// How many members the dictionary at the cursor has at most; it has been passed before.
+    [[nodiscard]] std::size_t mostMembers() const noexcept {
+        // Each is a key, a colon, at least one more token, and a comma or the closing bracket.
+        return at_ < behind_.size() && behind_[at_] > at_ ? (behind_[at_] - at_ - 1) / 4 : 0;
+    }
 
     /// Calls `entry` for each member with the cursor at its value.
     bool readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path);
@@ -254,12 +198,16 @@ class CORVANE_EXPORT JSONCursor {
     [[nodiscard]] bool readKey(std::string_view& key);
     [[nodiscard]] bool hasValidEscapes(std::string_view raw);
     [[nodiscard]] static bool numberValue(const JSONNumberText& number, double& value) noexcept;
+    [[nodiscard]] bool takeShortInteger(std::int64_t& value) noexcept;
     [[nodiscard]] bool readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path);
     bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
     bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
     bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);
     bool failMalformed();
     bool skipScalar();
+    template <class T>
+    bool readOptional(std::optional<T>& value, const CodingStep* path);
+    bool readMember(void* object, const MemberCoding& member, const CodingStep* path);
     bool readAggregateExactly(void* object, const AggregateCoding& coding, const CodingStep* path);
     void startAgainExactly();
     [[nodiscard]] std::string_view kept(std::string_view text);

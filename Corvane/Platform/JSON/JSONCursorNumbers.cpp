@@ -52,6 +52,12 @@ bool JSONCursor::numberValue(const JSONNumberText& number, double& value) noexce
     return true;
 }
 
+[[gnu::always_inline]] inline bool JSONCursor::takeShortInteger(std::int64_t& value) noexcept {
+    if (at_ + 1 >= tokenCount_ || !scanShortInteger(tokenBegin(), value)) return false;
+    ++at_;
+    return true;
+}
+
 bool JSONCursor::readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path) {
     const char first = peek();
     if (!isDigit(first) && first != '-') return failMismatch(expected, path);
@@ -76,6 +82,12 @@ bool JSONCursor::read(float& value, const CodingStep* path) {
 }
 
 bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
+    if (std::int64_t integer = 0; takeShortInteger(integer)) {
+        value = integer;
+        if (least <= integer && integer <= most) return true;
+        --at_;
+        return failRange(least, static_cast<std::uint64_t>(most), path);
+    }
     JSONNumberText number;
     if (!readNumber(number, "an integer", path)) return false;
     constexpr auto limit = std::uint64_t{1} << 63;

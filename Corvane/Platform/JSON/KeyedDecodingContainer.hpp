@@ -60,10 +60,11 @@ class CORVANE_EXPORT KeyedDecodingContainer {
 
     /// For Corvane's own decoders: reads the dictionary under `key` into `target` by calling `entry` for each member in
     /// payload order, with the cursor at its value. It is read in good faith (see `JSONCursor`) and, when that fails,
-    /// once more exactly, after `removeAll`. Absent when all went well.
+    /// once more exactly. `prepare` is called before either and told how many members there are at most: if none
+    /// holds more than one value, so many there are. Absent when all went well.
     [[nodiscard]] std::optional<DecodingError> readMembers(std::string_view key, void* target,
                                                            detail::JSONCursor::ReadEntry entry,
-                                                           void (*removeAll)(void* target)) const;
+                                                           void (*prepare)(void* target, std::size_t most)) const;
 
   private:
     friend class Decoder;

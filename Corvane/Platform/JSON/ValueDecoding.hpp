@@ -64,6 +64,29 @@ constexpr std::size_t codedMemberCount() {
     return count;
 }
 
+/// What the reader can do with a member of this type by itself.
+template <class T>
+constexpr MemberKind memberKind() {
+    if constexpr (HasDecodingCoding<T> || HasOwnDecoding<T>) return MemberKind::other;
+    if constexpr (std::same_as<T, bool>) return MemberKind::boolean;
+    if constexpr (std::same_as<T, std::int32_t>) return MemberKind::int32;
+    if constexpr (std::same_as<T, std::int64_t>) return MemberKind::int64;
+    if constexpr (std::same_as<T, double>) return MemberKind::real;
+    if constexpr (std::same_as<T, std::string>) return MemberKind::text;
+    if constexpr (std::same_as<T, std::optional<bool>>) return MemberKind::optionalBoolean;
+    if constexpr (std::same_as<T, std::optional<std::int32_t>>) return MemberKind::optionalInt32;
+    if constexpr (std::same_as<T, std::optional<std::int64_t>>) return MemberKind::optionalInt64;
+    if constexpr (std::same_as<T, std::optional<double>>) return MemberKind::optionalReal;
+    if constexpr (std::same_as<T, std::optional<std::string>>) return MemberKind::optionalText;
+    if constexpr (CodedAggregate<T>) return MemberKind::aggregate;
+    return MemberKind::other;
+}
+
+template <class T>
+struct AggregateCodingOf {
+    static const AggregateCoding value;
+};
+
 template <class T>
 inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I...>) {
     std::array<MemberCoding, codedMemberCount<T>()> codings;
@@ -73,8 +96,16 @@ inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I
         if constexpr (rule.presence != CodingPresence::notCoded) {
             using Type =
                 std::remove_cvref_t<std::tuple_element_t<Member, decltype(memberReferences(std::declval<T&>()))>>;
-            codings[count++] = MemberCoding{rule.key, &readMember<T, Member>,
-                                            rule.presence == CodingPresence::required && !isOptional<Type>};
+            MemberCoding& coding = codings[count++];
+            coding = MemberCoding{rule.key, &readMember<T, Member>,
+                                  rule.presence == CodingPresence::required && !isOptional<Type>};
+            if constexpr (rule.presence == CodingPresence::required && memberKind<Type>() != MemberKind::other) {
+                coding.kind = memberKind<Type>();
+                coding.object = std::addressof(unmade<T>.value);
+                coding.member = std::addressof(std::get<Member>(memberReferences(unmade<T>.value)));
+                if constexpr (memberKind<Type>() == MemberKind::aggregate)
+                    coding.nested = &AggregateCodingOf<Type>::value;
+            }
         }
     };
     (add(std::integral_constant<std::size_t, I>()), ...);
@@ -82,12 +113,19 @@ inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I
 }(std::make_index_sequence<memberNames<T>.size()>());
 
 template <class T>
-inline constexpr AggregateCoding aggregateCoding{memberCodings<T>};
+constexpr AggregateCoding AggregateCodingOf<T>::value{memberCodings<T>};
+
+/// So many elements tell what the others of a list are like. A power of two, as lists grow to those.
+inline constexpr std::size_t knowingElements = 64;
 
 template <class List>
-bool readElement(JSONCursor& cursor, void* list, const CodingStep* path) {
+bool readElement(JSONCursor& cursor, void* list, std::uint32_t begin, const CodingStep* path) {
     using Element = typename List::value_type;
     auto& elements = *static_cast<List*>(list);
+    // Once it is known what the elements are like, the list need not grow any more.
+    if (elements.size() == knowingElements && elements.capacity() == elements.size()) {
+        elements.reserve(cursor.expectedElements(begin, knowingElements));
+    }
     if constexpr (std::same_as<Element, bool>) {
         bool element = false;
         if (!cursor.read(element, path)) return false;
@@ -178,7 +216,9 @@ bool readValue(JSONCursor& cursor, T& value, const CodingStep* path) {
         }
     } else if constexpr (isVector<T>) {
         value.clear();
-        return cursor.readArray(&value, &readElement<T>, path);
+        if (!cursor.readArray(&value, &readElement<T>, path)) return false;
+        if (value.size() > knowingElements && value.size() < value.capacity() / 2) value.shrink_to_fit();
+        return true;
     } else if constexpr (CodedDictionary<T>) {
         value.clear();
         return cursor.readDictionary(&value, &readEntry<T>, path);
@@ -187,7 +227,7 @@ bool readValue(JSONCursor& cursor, T& value, const CodingStep* path) {
     } else {
         static_assert(CodedAggregate<T>, "the type needs a Coding");
         static_assert(hasSoundRules<T>(), "a coding rule names no member, or two members have the same key");
-        return cursor.readAggregate(std::addressof(value), aggregateCoding<T>, path);
+        return cursor.readAggregate(std::addressof(value), AggregateCodingOf<T>::value, path);
     }
 }
 

@@ -276,5 +276,57 @@ TEST(JSONDecoder, GivesErrorsThatOthersCanLookInto) {
     EXPECT_EQ(any.localizedDescription(), "The data is not in the expected format.");
 }
 
+/// Scalars of every length around the blocks in which they are looked at, right and wrong ones.
+std::vector<std::string> scalars() {
+    std::vector<std::string> scalars{"-",   "01",  "-01", "00", "1.",  ".5", "1.e3", "1e",
+                                     "1e+", "--1", "+1",  "1x", "1\"", "0",  "-0"};
+    for (const std::string part : {"1", "-1"}) {
+        for (std::size_t count = 1; count < 21; ++count) {
+            const std::string digits = part + std::string(count, '7');
+            for (const char* const rest : {"", ".5", ".12345678", ".123456789x", "e2", "x", "."})
+                scalars.push_back(digits + rest);
+        }
+    }
+    for (std::size_t count = 0; count < 36; ++count) {
+        for (const char* const rest :
+             {"", R"(\\)", R"(\\\\)", R"(\\\n)", R"(\/)", R"(\x)", R"(\\\)", R"(\u00e9)", R"(\u00e)", R"(\ud800)"})
+            scalars.push_back('"' + std::string(count, 'a') + rest + '"');
+    }
+    return scalars;
+}
+
+TEST(JSONDecoder, PassesOverAndReadsWhatIsJSONAndNothingElse) {
+    for (const std::string& scalar : scalars()) {
+        const std::string document = R"({"x":)" + scalar + R"(,"id":1,"name":"a","more":[)" + scalar + "]}";
+        const auto whole = JSONSerialization::jsonObject(document);
+        const bool isJSON = whole.has_value();
+        EXPECT_EQ(JSONDecoder().decode<Team>(document).has_value(), isJSON) << scalar;
+        const auto value = JSONDecoder().decode<JSONValue>(document);
+        EXPECT_EQ(value.has_value(), isJSON) << scalar;
+
+        struct Read {
+            std::int64_t x = 0;
+        };
+
+        const auto integer = isJSON ? (*whole)["x"].asInt64() : std::nullopt;
+        const auto read = JSONDecoder().decode<Read>(document);
+        EXPECT_EQ(read ? std::optional(read->x) : std::nullopt, integer) << scalar;
+    }
+}
+
+TEST(JSONDecoder, KeepsNoMoreMemoryForAListThanGrowingWould) {
+    std::string text = "[[";
+    for (int i = 0; i < 100; ++i)
+        text += "1,";
+    text += "1]";
+    for (int i = 0; i < 100; ++i)
+        text += ",[1,1,1,1,1,1,1,1,1,1]";
+    const auto lists = JSONDecoder().decode<std::vector<std::vector<int>>>(text + "]");
+    ASSERT_TRUE(lists);
+    EXPECT_EQ(lists->front(), std::vector<int>(101, 1));
+    EXPECT_LE(lists->front().capacity(), 202U);
+    EXPECT_EQ(lists->size(), 101U);
+}
+
 }  // namespace
 }  // namespace corvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cstddef>
@@ -49,6 +50,47 @@ namespace corvane::detail {
         std::from_chars(text, text + count, value);
         return value;
     }
+}
+
+/// Whether the character ends a number inside an array or a dictionary, where nothing is between them.
+[[nodiscard]] constexpr bool endsNumber(char c) noexcept {
+    return c == ',' || c == '}' || c == ']';
+}
+
+/// The value of an integer of up to fifteen digits; false for every other number, be it one or not. Only for a number
+/// with a token behind it: what is read beyond the text's end might look like digits.
+[[nodiscard, gnu::always_inline]] inline bool scanShortInteger(const char* text, std::int64_t& value) noexcept {
+    constexpr std::array<std::uint64_t, 8> powers = {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000};
+    const bool negative = *text == '-';
+    if (negative) ++text;
+    std::size_t count = leadingDigits(text);
+    if (count == 0 || (count > 1 && *text == '0')) return false;
+    std::uint64_t magnitude = digitsValue(text, count);
+    text += count;
+    if (count == 8) {
+        count = leadingDigits(text);
+        if (count == 8) return false;
+        magnitude = magnitude * powers[count] + digitsValue(text, count);
+        text += count;
+    }
+    if (!endsNumber(*text)) return false;
+    value = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+    return true;
+}
+
+/// Whether there is a number of up to seven digits before the point and behind it, without exponent. False for every
+/// other number, be it one or not. Only for a number with a token behind it.
+[[nodiscard, gnu::always_inline]] inline bool isShortNumber(const char* text) noexcept {
+    if (*text == '-') ++text;
+    const std::size_t count = leadingDigits(text);
+    if (count == 0 || count == 8 || (count > 1 && *text == '0')) return false;
+    text += count;
+    if (*text == '.') {
+        const std::size_t fraction = leadingDigits(++text);
+        if (fraction == 0 || fraction == 8) return false;
+        text += fraction;
+    }
+    return endsNumber(*text);
 }
 
 /// A number's text and, when it is an integer of up to 64 bits, its value.
