@@ -162,6 +162,7 @@
 #include <Corvane/Platform/HTTP/URLSessionConfiguration.hpp>
 #include <Corvane/Platform/HTTP/URLSessionDataTask.hpp>
 #include <Corvane/Platform/HTTP/URLSessionDelegate.hpp>
+#include <Corvane/Platform/JSON/AggregateCoding.hpp>
 #include <Corvane/Platform/JSON/Coding.hpp>
 #include <Corvane/Platform/JSON/CodingPath.hpp>
 #include <Corvane/Platform/JSON/CodingTraits.hpp>

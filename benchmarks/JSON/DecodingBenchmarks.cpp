@@ -7,6 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include <Corvane/Core/Throwable.hpp>
+#include <Corvane/Decoding/DirectOrderedDictionaryDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONEncoder.hpp>
 
@@ -19,6 +20,9 @@
 #include "benchmarks/JSON/RapidJSONReader.hpp"
 #else
 #define HAS_RAPIDJSON 0
+#endif
+#if CORVANE_PEER_NLOHMANN
+#include <nlohmann/json.hpp>
 #endif
 #if CORVANE_PEER_ASIO && __has_include(<boost/json.hpp>)
 #define HAS_BOOST_JSON 1
@@ -118,54 +122,62 @@ void decodeRapidJSON(benchmark::State& state) {
 BENCHMARK(decodeRapidJSON)->Name("decode/RapidJSON")->Arg(20'000)->Arg(1'000'000);
 #endif
 
-/// A dictionary of so many members, by way of its container.
-struct Entries {
-    std::size_t sum = 0;
+/// A dictionary of so many members, in payload order.
+struct Table {
+    corvane::OrderedDictionary<std::string, std::int64_t> points;
 
-    static std::expected<Entries, corvane::DecodingError> decode(const corvane::Decoder& decoder) {
+    static std::expected<Table, corvane::DecodingError> decode(const corvane::Decoder& decoder) {
         const auto members = decoder.container();
         if (!members) return std::unexpected(members.error());
-        Entries entries;
-        for (const auto key : members->allKeys())
-            entries.sum += *members->decode<std::size_t>(key);
-        return entries;
+        auto points = corvane::DirectOrderedDictionaryDecoder::decode<std::string, std::int64_t>(*members, "points");
+        if (!points) return std::unexpected(std::move(points).error());
+        return Table{*std::move(points)};
     }
 };
 
-const Data& dictionary(std::int64_t size) {
-    static std::map<std::int64_t, Data> dictionaries;
-    const auto [entry, isNew] = dictionaries.try_emplace(size);
+const Data& tableDocument(std::int64_t size) {
+    static std::map<std::int64_t, Data> documents;
+    const auto [entry, isNew] = documents.try_emplace(size);
     if (!isNew) return entry->second;
-    std::string text = "{";
+    std::string text = R"({"points":{)";
     for (std::int64_t i = 0; i < size; ++i)
         text += (i > 0 ? ",\"team-" : "\"team-") + std::to_string(i) + "\":" + std::to_string(i);
-    return entry->second = Data(text + "}");
+    return entry->second = Data(text + "}}");
 }
 
-void walkMembers(benchmark::State& state) {
-    const Data& data = dictionary(state.range(0));
+template <class Body>
+void runTable(benchmark::State& state, Body body) {
+    const Data& data = tableDocument(state.range(0));
     for (auto _ : state)
-        benchmark::DoNotOptimize(JSONDecoder().decode<Entries>(data));
+        benchmark::DoNotOptimize(body(data));
     state.SetBytesProcessed(static_cast<std::int64_t>(data.size()) * state.iterations());
 }
 
-BENCHMARK(walkMembers)->Name("members/Corvane")->Arg(1'000)->Arg(100'000);
+void orderedCorvane(benchmark::State& state) {
+    runTable(state, [](const Data& data) { return JSONDecoder().decode<Table>(data); });
+}
+
+BENCHMARK(orderedCorvane)->Name("ordered/Corvane")->Arg(1'000)->Arg(10'000)->Arg(100'000);
 
 #if HAS_BOOST_JSON
-void walkMembersBoost(benchmark::State& state) {
-    const Data& data = dictionary(state.range(0));
-    for (auto _ : state) {
+void orderedBoost(benchmark::State& state) {
+    runTable(state, [](const Data& data) {
         boost::json::monotonic_resource memory(data.size());
         const auto value = boost::json::parse(boost::json::string_view(data.text()), &memory);
-        std::int64_t sum = 0;
-        for (const auto& member : value.as_object())
-            sum += member.value().as_int64();
-        benchmark::DoNotOptimize(sum);
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(data.size()) * state.iterations());
+        return value.as_object().at("points").as_object().size();
+    });
 }
 
-BENCHMARK(walkMembersBoost)->Name("members/Boost")->Arg(1'000)->Arg(100'000);
+BENCHMARK(orderedBoost)->Name("ordered/Boost")->Arg(1'000)->Arg(10'000)->Arg(100'000);
+#endif
+
+#if CORVANE_PEER_NLOHMANN
+/// Compares every key with every other one, so it is only asked for a thousand.
+void orderedNlohmann(benchmark::State& state) {
+    runTable(state, [](const Data& data) { return nlohmann::ordered_json::parse(data.text()).at("points").size(); });
+}
+
+BENCHMARK(orderedNlohmann)->Name("ordered/nlohmann")->Arg(1'000);
 #endif
 
 /// Everybody must read the same before anybody's speed counts.
@@ -192,7 +204,8 @@ int main(int argc, char** argv) {
                 {"decode/Corvane/" + size, "decode/" + std::string(peer) + "/" + size, "bytes_per_second", 0.85, true});
         goals.push_back({"decode/Corvane/" + size, "decode/RapidJSON/" + size, "bytes_per_second", 1.8, true});
     }
-    for (const std::string size : {"1000", "100000"})
-        goals.push_back({"members/Corvane/" + size, "members/Boost/" + size, "bytes_per_second", 1.5, true});
+    for (const std::string size : {"1000", "10000", "100000"})
+        goals.push_back({"ordered/Corvane/" + size, "ordered/Boost/" + size, "bytes_per_second", 1.5, true});
+    goals.push_back({"ordered/Corvane/1000", "ordered/nlohmann/1000", "bytes_per_second", 8, true});
     return runBenchmarks(argc, argv, goals);
 }
