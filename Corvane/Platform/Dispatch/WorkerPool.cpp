@@ -67,10 +67,9 @@ bool isRunnable(pid_t thread) noexcept {
     return nameEnd != line.npos && nameEnd + 2 < line.size() && line[nameEnd + 2] == 'R';
 }
 
-constinit thread_local QoSClass threadClass = QoSClass::unspecified;
-
 }  // namespace
 
+constinit thread_local const WorkerPool* WorkerPool::poolOfThisThread = nullptr;
 constinit thread_local const WorkerPool::Worker* WorkerPool::workerOfThisThread = nullptr;
 
 std::size_t WorkerPool::Worker::rest() const noexcept {
@@ -85,7 +84,7 @@ WorkerPool::WorkerPool(QoSClass qosClass, const DispatchQueue* queue)
 }
 
 QoSClass WorkerPool::classOfThisThread() noexcept {
-    return threadClass;
+    return poolOfThisThread != nullptr ? poolOfThisThread->qosClass_ : QoSClass::unspecified;
 }
 
 void WorkerPool::push(Work&& work) {
@@ -94,7 +93,7 @@ void WorkerPool::push(Work&& work) {
         const std::lock_guard lock(mutex_);
         waiting_.pushBack(std::move(work));
         noteWaiting();
-        if (threadClass != qosClass_ || !BlockEnd::isAtHand()) help = summon();
+        if (poolOfThisThread != this || !BlockEnd::isAtHand()) help = summon();
     }
     give(help);
 }
@@ -122,7 +121,10 @@ void WorkerPool::give(Help help) noexcept {
 
 bool WorkerPool::hasWaiting() const noexcept {
     if (hasWaiting_.load(std::memory_order_relaxed)) return true;
-    return workerOfThisThread != nullptr && workerOfThisThread->rest() > 0;
+    // A block that was lifted runs in another pool than this one.
+    const WorkerPool* const calling = poolOfThisThread;
+    return calling != nullptr &&
+           (calling->hasWaiting_.load(std::memory_order_relaxed) || workerOfThisThread->rest() > 0);
 }
 
 void WorkerPool::noteWaiting() noexcept {
@@ -132,7 +134,7 @@ void WorkerPool::noteWaiting() noexcept {
 
 void WorkerPool::runThread(WorkerPool& pool, Worker& worker) noexcept {
     dressThread(pool.qosClass_);
-    threadClass = pool.qosClass_;
+    poolOfThisThread = &pool;
     workerOfThisThread = &worker;
     const QueueFrame frame(pool.queue_);
     pool.serve(worker);

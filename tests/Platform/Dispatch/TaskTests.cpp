@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdint>
+#include <latch>
 #include <limits>
 #include <memory>
 #include <stdexcept>
@@ -183,6 +184,29 @@ TEST(Task, ASerialQueueMayBeReleasedWhileItsTasksRun) {
             co_return count;
         });
         ASSERT_EQ(hops, 5);
+    }
+}
+
+TEST(Task, GoesOnWhileTheQueueItHasLeftIsBlocked) {
+    // Also where the task has lifted the queue to workers of its own class.
+    for (const QoSClass priority : {QoSClass::unspecified, QoSClass::userInitiated}) {
+        const auto queue = DispatchQueue::serial("left");
+        std::latch isBack(1);
+        std::latch isOver(1);
+        const auto block = [&] {
+            isBack.wait();
+            isOver.count_down();
+        };
+        spawn(
+            [&]() -> Task<> {
+                co_await on(queue, [&]() -> Task<> {
+                    queue->async(block, {priority, 0});
+                    co_return;
+                });
+                isBack.count_down();
+            },
+            {.priority = priority});
+        isOver.wait();
     }
 }
 

@@ -35,7 +35,8 @@ class WorkerPool final : public ClockClient {
     /// Any thread.
     void push(Work&& work);
 
-    /// Whether blocks wait for a worker of this pool or for the calling one, as can be seen without a lock.
+    /// Whether blocks wait for a worker of this pool, or of the one that the calling thread works for, as can be seen
+    /// without a lock. A worker that has pushed a block without waking anybody must ask before it keeps its thread.
     [[nodiscard]] bool hasWaiting() const noexcept;
 
     /// For the supervisor, every few milliseconds while blocks wait: frees what is stuck and decides on new
@@ -91,6 +92,7 @@ class WorkerPool final : public ClockClient {
     void noteWaiting() noexcept;
     void grow(bool isComputing);
 
+    static thread_local const WorkerPool* poolOfThisThread;
     static thread_local const Worker* workerOfThisThread;
 
     const QoSClass qosClass_;
