@@ -63,9 +63,12 @@ std::coroutine_handle<> SpawnedTask::commit() noexcept {
         isEnded_.store(true, std::memory_order_release);
         callbacks.swap(callbacks_);
     }
-    for (Work& callback : callbacks) {
-        callback();
-        callback = nullptr;
+    {
+        const Absence outsideTasks;
+        for (Work& callback : callbacks) {
+            callback();
+            callback = nullptr;
+        }
     }
     release();
     return nullptr;

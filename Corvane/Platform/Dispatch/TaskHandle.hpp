@@ -148,7 +148,8 @@ class TaskHandle {
     /// Cancelling the task that waits does not end the wait.
     [[nodiscard]] Task<T> value() const { return valueOf(*this); }
 
-    /// Has `callback` run on the task's executor when the task has ended, in the order in which they were given.
+    /// Has `callback` run on the task's executor, outside the task, when that has ended. Callbacks run in the order in
+    /// which they were given; on a pool, one given after the end may run beside earlier ones.
     void onCompletion(Work callback) const { task_->whenEnded(std::move(callback)); }
 
   private:

@@ -215,6 +215,7 @@ TEST(Task, CancellationReachesWhatTheTaskAwaitsAndNothingElse) {
     testing::VirtualClock clock;
     bool wasTold = false;
     bool isOtherCancelled = true;
+    bool isCallbackCancelled = true;
     std::vector<bool> alive;
     const TaskHandle<> handle = spawn(
         [&]() -> Task<> {
@@ -230,6 +231,7 @@ TEST(Task, CancellationReachesWhatTheTaskAwaitsAndNothingElse) {
             isOtherCancelled = !co_await spawn([]() -> Task<bool> { co_return Task<>::isNotCancelled(); }).value();
         },
         {.executor = DispatchQueue::main()});
+    handle.onCompletion([&] { isCallbackCancelled = !Task<>::isNotCancelled(); });
     clock.settle();
     handle.cancel();
     EXPECT_TRUE(handle.isCancelled());
@@ -238,7 +240,7 @@ TEST(Task, CancellationReachesWhatTheTaskAwaitsAndNothingElse) {
     clock.settle();
     EXPECT_TRUE(handle.isEnded());
     EXPECT_THAT(alive, ElementsAre(true, false));
-    EXPECT_FALSE(isOtherCancelled);
+    EXPECT_FALSE(isOtherCancelled || isCallbackCancelled);
 }
 
 TEST(Task, SleepsOnTheClockInForce) {
