@@ -1,34 +1,44 @@
 #include "Backend.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 #include <utility>
 
-#include <fmt/chrono.h>
+#include <fmt/format.h>
 
 #include <Corvane/Decoding/IntValue.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
+#include <Corvane/Platform/Dates/DateFormatter.hpp>
+#include <Corvane/Platform/Dispatch/Clock.hpp>
+#include <Corvane/Platform/JSON/JSONEncoder.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace matchday {
 namespace {
 
+using corvane::DateFormatter;
 using corvane::HTTPHeaders;
 using corvane::JSONDictionary;
 using corvane::JSONSerialization;
+using corvane::JSONValue;
 using corvane::testing::LoopbackRequest;
 using corvane::testing::LoopbackResponse;
 
 constexpr int minutesPerAsk = 12;
 
-/// An HTTP date (RFC 9110, 5.6.7).
-std::string httpDate(std::time_t time) {
-    return fmt::format("{:%a, %d %b %Y %H:%M:%S} GMT", fmt::gmtime(time));
+corvane::Date wholeSecond() {
+    return std::chrono::floor<std::chrono::seconds>(corvane::Clock::current().now());
+}
+
+template <class Content>
+LoopbackResponse json(const Content& content, int status = 200) {
+    const auto data = corvane::JSONEncoder().encode(content);
+    return data ? LoopbackResponse::json(std::string(data->text()), status) : LoopbackResponse{.status = 500};
 }
 
 LoopbackResponse json(const JSONDictionary& content, int status = 200) {
-    const auto data = JSONSerialization::data(content);
-    return data ? LoopbackResponse::json(std::string(data->text()), status) : LoopbackResponse{.status = 500};
+    return json(corvane::JSONValue(content), status);
 }
 
 std::optional<JSONDictionary> payload(const LoopbackRequest& request) {
@@ -43,11 +53,11 @@ LoopbackResponse refusal(std::string_view reason) {
 
 }  // namespace
 
-Backend::Backend(std::time_t now) : season_(now), lastModified_(now - 90) {
-    server_.route("GET", "/v1/fixtures",
-                  [this](const Request& request) { return document(request, &Season::fixtures); });
-    server_.route("GET", "/v1/standings",
-                  [this](const Request& request) { return document(request, &Season::standings); });
+Backend::Backend() : season_(wholeSecond()), lastModified_(wholeSecond() - std::chrono::seconds(90)) {
+    serve("/v1/fixtures", [this] { return season_.fixtures(); });
+    serve("/v1/standings", [this] { return season_.standings(); });
+    serve("/v1/teams", [] { return Season::teams(); });
+    serve("/v1/news", [] { return JSONValue(JSONDictionary{{"headline", "Floodlights mended in time for tonight"}}); });
     server_.route("GET", "/v1/live", [this](const Request&) { return live(); });
     server_.route("GET", "/v1/details", [this](const Request& request) { return details(request); });
     server_.route("GET", "/v1/lineups", Response{.status = 503});
@@ -56,17 +66,20 @@ Backend::Backend(std::time_t now) : season_(now), lastModified_(now - 90) {
     server_.route("POST", "/v1/visits", [this](const Request& request) { return visit(request); });
 }
 
-LoopbackResponse Backend::document(const Request& request, JSONDictionary (Season::*content)() const) {
-    const std::lock_guard lock(mutex_);
-    const std::string date = httpDate(lastModified_);
-    const bool isKnown = request.header(HTTPHeaders::ifModifiedSince) == date;
-    Response response = isKnown ? Response{.status = 304} : json((season_.*content)());
-    return std::move(response).with(std::string(HTTPHeaders::lastModified), date);
+template <class Content>
+void Backend::serve(std::string path, Content content) {
+    server_.route("GET", std::move(path), [this, content](const Request& request) {
+        const std::lock_guard lock(mutex_);
+        const std::string date = DateFormatter::httpDate().string(lastModified_);
+        const bool isKnown = request.header(HTTPHeaders::ifModifiedSince) == date;
+        Response response = isKnown ? Response{.status = 304} : json(content());
+        return std::move(response).with(std::string(HTTPHeaders::lastModified), date);
+    });
 }
 
 LoopbackResponse Backend::live() {
     const std::lock_guard lock(mutex_);
-    lastModified_ = std::max(lastModified_ + 1, std::time(nullptr));
+    lastModified_ = std::max(lastModified_ + std::chrono::seconds(1), wholeSecond());
     return json(season_.playOn(minutesPerAsk));
 }
 
@@ -74,10 +87,10 @@ LoopbackResponse Backend::details(const Request& request) {
     const std::lock_guard lock(mutex_);
     const std::string_view query = request.query();
     const auto id = corvane::intValue(query.substr(query.find('=') + 1));
-    const auto details = id ? season_.details(*id) : std::nullopt;
+    const auto spectators = id ? season_.spectators(FixtureID(*id)) : std::nullopt;
     // The details of finished games are in an archive, which nobody has the patience for.
-    if (!details) return {.fault = corvane::testing::LoopbackFault::neverAnswer};
-    return json(*details);
+    if (!spectators) return {.fault = corvane::testing::LoopbackFault::neverAnswer};
+    return json({{"fixture", *id}, {"spectators", *spectators}});
 }
 
 LoopbackResponse Backend::prediction(const Request& request) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ctime>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -15,7 +14,7 @@ namespace matchday {
 /// games that go on whenever somebody asks for the live scores.
 class Backend {
   public:
-    explicit Backend(std::time_t now);
+    Backend();
 
     [[nodiscard]] std::string url(std::string_view path) const { return server_.url(path); }
 
@@ -23,7 +22,8 @@ class Backend {
     using Request = corvane::testing::LoopbackRequest;
     using Response = corvane::testing::LoopbackResponse;
 
-    Response document(const Request& request, corvane::JSONDictionary (Season::*content)() const);
+    template <class Content>
+    void serve(std::string path, Content content);
     Response live();
     Response details(const Request& request);
     Response prediction(const Request& request);
@@ -32,7 +32,8 @@ class Backend {
     /// Guards what follows: routes run on the server's thread.
     std::mutex mutex_;
     Season season_;
-    std::time_t lastModified_;
+    /// Whole seconds.
+    corvane::Date lastModified_;
     int predictionCount_ = 0;
     /// Last, so that it has stopped serving before the rest goes.
     corvane::testing::LoopbackServer server_;

@@ -1,6 +1,8 @@
 #include "LocalFiles.hpp"
 
 #include <cstdint>
+#include <map>
+#include <string>
 #include <utility>
 
 #include <fmt/format.h>
@@ -32,23 +34,23 @@ struct Session {
 
 }  // namespace
 
-Teams bundledTeams() {
-    Teams teams;
+TeamNames bundledTeams() {
+    TeamNames teams;
     const auto names = FileUtil::resourceDecode<std::map<std::string, std::string>>("teams.json");
     if (!names) return teams;
     const auto byId = corvane::convertKeys<std::int64_t>(*names);
     for (const auto& [id, name] : byId)
-        teams[id] = printable(name);
+        teams[TeamID(id)] = printable(name);
     return teams;
 }
 
-std::optional<std::string> sessionText(const Teams& teams) {
+std::optional<std::string> sessionText(const TeamNames& teams) {
     const auto session = FileUtil::resourceDecode<Session>("session.json");
     if (!session) return std::nullopt;
     const auto claims = corvane::JWTUtils::decodePayload(session->token).value_or(std::nullopt);
     if (!claims) return std::nullopt;
     const std::string name = JSONUtils::getStringFromJSON(*claims, "name", "");
-    const auto team = teams.find(JSONUtils::getIntFromJSON(*claims, "team", 0));
+    const auto team = teams.find(TeamID(JSONUtils::getIntFromJSON(*claims, "team", 0)));
     if (name.empty() || team == teams.end()) return std::nullopt;
     return fmt::format("Signed in as {}, who follows {}.", printable(name), team->second);
 }

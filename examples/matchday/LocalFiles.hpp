@@ -7,7 +7,7 @@
 
 #include <Corvane/Collections/ListValidator.hpp>
 
-#include "League.hpp"
+#include "Models.hpp"
 
 namespace matchday {
 
@@ -15,10 +15,10 @@ namespace matchday {
 using TeamFilter = corvane::ListValidator<std::string>;
 
 /// The clubs' names that the program is shipped with; none when they cannot be read.
-[[nodiscard]] Teams bundledTeams();
+[[nodiscard]] TeamNames bundledTeams();
 
 /// What the sample session token says: "Signed in as NAME, who follows TEAM."; absent when it says nothing.
-[[nodiscard]] std::optional<std::string> sessionText(const Teams& teams);
+[[nodiscard]] std::optional<std::string> sessionText(const TeamNames& teams);
 
 /// The filter that was kept; without one everything is shown.
 [[nodiscard]] TeamFilter keptFilter();

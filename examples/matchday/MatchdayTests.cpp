@@ -110,8 +110,11 @@ TEST(Matchday, FollowsItsOwnMatchday) {
     EXPECT_THAT(
         program.output,
         AllOf(HasSubstr("Coastal League, matchday 12"), HasSubstr("Ashcombe Rovers"), HasSubstr("Standings"),
-              HasSubstr("304, the kept copy"), HasSubstr("304, nothing new"), HasSubstr("Unchanged since"),
-              HasSubstr("receipt P-0001"), HasSubstr("replaced by a newer load"), HasSubstr("/v1/lineups, code 503"),
+              HasSubstr("304, the kept copy"), HasSubstr("304, nothing new"),
+              HasSubstr("fixtures   for the ticker   cache asked: yes  it answered: yes"),
+              HasSubstr("teams      for the details  cache asked: no   it answered: yes"),
+              HasSubstr("8 asks of the repositories came to 5 requests, 1 of them"), HasSubstr("receipt P-0001"),
+              HasSubstr("replaced by a newer load"), HasSubstr("/v1/lineups, code 503"),
               HasSubstr("/v1/report, code 9997"), HasSubstr("requests reported"), Not(HasSubstr("\033"))));
 }
 

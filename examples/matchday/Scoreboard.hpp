@@ -41,11 +41,13 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     // The acts of the play.
     static corvane::Task<> play(std::shared_ptr<Scoreboard> self);
     corvane::Task<Failure> load();
-    corvane::Task<Failure> askWhetherChanged();
+    corvane::Task<Failure> askAgain();
+    corvane::Task<Failure> readNews();
     corvane::Task<Failure> predict();
     corvane::Task<Failure> lookAtDetails();
     corvane::Task<Failure> meetFaults();
     corvane::Task<Failure> follow();
+    void summarize();
     void reportVisit();
     void end(Failure failure = std::nullopt);
 
@@ -59,10 +61,11 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     static inline const Downloads::Options usual{};
 
     void heading(std::string_view text);
+    void printAnswer(std::string_view who, std::string_view what, const corvane::FetchResultMetadata& metadata);
     void printDownload(const Download& download);
-    void printFixtures(const std::set<std::int64_t>& changed);
+    void printFixtures(const std::set<FixtureID>& changed);
     void printStandings();
-    [[nodiscard]] const std::string& name(std::int64_t team) const;
+    [[nodiscard]] const std::string& name(const TeamID& team) const;
     [[nodiscard]] bool isShown(const Fixture& fixture) const;
 
     Terminal& terminal_;
@@ -70,11 +73,12 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     End onEnd_;
     std::shared_ptr<Downloads> downloads_;
     int requestCount_ = 0;
-    std::optional<std::string> fixturesDate_;
-    Teams teams_ = bundledTeams();
+    League league_;
+    TeamNames names_ = bundledTeams();
     TeamFilter filter_ = keptFilter();
-    Matchday matchday_;
-    std::vector<Standing> standings_;
+    std::shared_ptr<const Matchday> matchday_;
+    std::shared_ptr<const Standings> standings_;
+    std::shared_ptr<const Teams> teams_;
 };
 
 }  // namespace matchday

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cmath>
 #include <numeric>
 #include <tuple>
 #include <utility>
@@ -15,11 +17,16 @@ using corvane::JSONDictionary;
 constexpr std::size_t clubCount = 16;
 constexpr int matchdayNumber = 12;
 constexpr std::size_t fixtureCount = clubCount / 2;
-constexpr std::time_t quarterHour = 15 * 60;
+constexpr double quarterHour = 15 * 60;
 constexpr int fullTime = 90;
+constexpr std::int64_t firstTeam = 101;
 
-int clubId(std::size_t club) {
-    return 101 + static_cast<int>(club);
+TeamID teamID(std::size_t club) {
+    return TeamID(firstTeam + static_cast<std::int64_t>(club));
+}
+
+std::size_t clubOf(const TeamID& team) {
+    return static_cast<std::size_t>(team.value() - firstTeam);
 }
 
 /// Who meets whom in a round, by the circle method: the first club stays, the others move on by one.
@@ -35,7 +42,7 @@ std::pair<std::size_t, std::size_t> pairing(int round, std::size_t fixture) {
 
 }  // namespace
 
-void Season::Record::add(int goals, int goalsAgainst) {
+void Season::Record::add(std::int64_t goals, std::int64_t goalsAgainst) {
     scored += goals;
     conceded += goalsAgainst;
     if (goals > goalsAgainst) {
@@ -50,7 +57,8 @@ void Season::Record::add(int goals, int goalsAgainst) {
     }
 }
 
-Season::Season(std::time_t now) : records_(clubCount) {
+Season::Season(corvane::Date now)
+    : records_(clubCount), matchday_{.competition = "Coastal League", .number = matchdayNumber, .fixtures = {}} {
     playEarlierRounds();
     kickOffToday(now);
 }
@@ -59,78 +67,64 @@ void Season::playEarlierRounds() {
     for (int round = 1; round < matchdayNumber; ++round) {
         for (std::size_t i = 0; i < fixtureCount; ++i) {
             const auto [home, away] = pairing(round, i);
-            Match match{.home = home, .away = away};
-            match.homeGoals = goalsBy(home, fullTime);
-            match.awayGoals = goalsBy(away, fullTime);
-            enterResult(match);
+            const Score score{goalsBy(home, fullTime), goalsBy(away, fullTime)};
+            enterResult(home, away, score);
         }
     }
 }
 
-void Season::kickOffToday(std::time_t now) {
+void Season::kickOffToday(corvane::Date now) {
+    using enum Fixture::Status;
+
     struct Slot {
         int quarterHoursFromNow;
-        Status status;
+        Fixture::Status status;
         int minute;
     };
 
     constexpr std::array<Slot, fixtureCount> slots = {{
-        {-9, Status::finished, fullTime},
-        {-9, Status::finished, fullTime},
-        {-5, Status::live, 63},
-        {-5, Status::live, 63},
-        {-4, Status::live, 47},
-        {-4, Status::live, 47},
-        {4, Status::upcoming, 0},
-        {8, Status::upcoming, 0},
+        {-9, finished, fullTime},
+        {-9, finished, fullTime},
+        {-5, live, 63},
+        {-5, live, 63},
+        {-4, live, 47},
+        {-4, live, 47},
+        {4, upcoming, 0},
+        {8, upcoming, 0},
     }};
+    const double quarterHours = std::floor(now.time_since_epoch().count() / quarterHour);
     for (std::size_t i = 0; i < fixtureCount; ++i) {
         const auto [home, away] = pairing(matchdayNumber, i);
-        const Match match{.id = 1201 + static_cast<int>(i),
-                          .home = home,
-                          .away = away,
-                          .kickOff = (now / quarterHour + slots[i].quarterHoursFromNow) * quarterHour,
-                          .status = slots[i].status,
-                          .minute = slots[i].minute,
-                          .homeGoals = goalsBy(home, slots[i].minute),
-                          .awayGoals = goalsBy(away, slots[i].minute)};
-        if (match.status == Status::finished) enterResult(match);
-        today_.push_back(match);
+        const auto& [quarterHoursFromNow, status, minute] = slots[i];
+        const std::chrono::duration<double> kickOff((quarterHours + quarterHoursFromNow) * quarterHour);
+        Fixture fixture{.id = FixtureID(1201 + static_cast<std::int64_t>(i)),
+                        .home = teamID(home),
+                        .away = teamID(away),
+                        .kickOff = corvane::Date(kickOff),
+                        .status = status,
+                        .minute = minute,
+                        .score = std::nullopt};
+        if (status != upcoming) fixture.score = Score{goalsBy(home, minute), goalsBy(away, minute)};
+        if (status == finished) enterResult(home, away, *fixture.score);
+        matchday_.fixtures.push_back(std::move(fixture));
     }
 }
 
-int Season::goalsBy(std::size_t club, int minutes) {
+int Season::goalsBy(std::size_t club, std::int64_t minutes) {
     // The earlier in the list, the stronger: a goal in every 50 to 110 minutes.
     const auto pace = static_cast<unsigned>(50 + 4 * club);
     int goals = 0;
-    for (int minute = 0; minute < minutes; ++minute)
+    for (std::int64_t minute = 0; minute < minutes; ++minute)
         goals += random_() % pace == 0 ? 1 : 0;
     return goals;
 }
 
-void Season::enterResult(const Match& match) {
-    records_[match.home].add(match.homeGoals, match.awayGoals);
-    records_[match.away].add(match.awayGoals, match.homeGoals);
+void Season::enterResult(std::size_t home, std::size_t away, const Score& score) {
+    records_[home].add(score.home, score.away);
+    records_[away].add(score.away, score.home);
 }
 
-JSONDictionary Season::fixtures() const {
-    JSONArray fixtures;
-    for (const Match& match : today_) {
-        JSONDictionary fixture{{"id", match.id},
-                               {"home", clubId(match.home)},
-                               {"away", clubId(match.away)},
-                               {"kickOff", match.kickOff},
-                               {"status", name(match.status)}};
-        if (match.status != Status::upcoming) {
-            fixture.set("minute", match.minute);
-            fixture.set("score", score(match));
-        }
-        fixtures.append(std::move(fixture));
-    }
-    return {{"competition", "Coastal League"}, {"matchday", matchdayNumber}, {"fixtures", fixtures}};
-}
-
-JSONDictionary Season::standings() const {
+Standings Season::standings() const {
     std::vector<std::size_t> order(records_.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     const auto rank = [this](std::size_t club) {
@@ -139,64 +133,63 @@ JSONDictionary Season::standings() const {
     };
     std::ranges::sort(order, {}, rank);
 
-    JSONArray standings;
+    Standings table;
     for (const std::size_t club : order) {
         const Record& record = records_[club];
-        standings.append(JSONDictionary{{"team", clubId(club)},
-                                        {"played", record.won + record.drawn + record.lost},
-                                        {"won", record.won},
-                                        {"drawn", record.drawn},
-                                        {"lost", record.lost},
-                                        {"for", record.scored},
-                                        {"against", record.conceded},
-                                        {"points", record.points()},
-                                        {"form", record.form.substr(record.form.size() - 5)}});
+        table.standings.push_back({.team = teamID(club),
+                                   .played = record.won + record.drawn + record.lost,
+                                   .won = record.won,
+                                   .drawn = record.drawn,
+                                   .lost = record.lost,
+                                   .scored = record.scored,
+                                   .conceded = record.conceded,
+                                   .points = record.points(),
+                                   .form = record.form.substr(record.form.size() - 5)});
     }
-    return {{"standings", standings}};
+    return table;
 }
 
-std::optional<JSONDictionary> Season::details(std::int64_t fixture) const {
-    const auto match = std::ranges::find(today_, fixture, &Match::id);
-    if (match == today_.end() || match->status == Status::finished) return std::nullopt;
+Teams Season::teams() {
+    constexpr std::array<const char*, clubCount> abbreviations{"ASH", "PEL", "FJV", "WES", "RMO", "KES", "AUB", "BRA",
+                                                               "VER", "CAL", "LIN", "TOR", "SAR", "HAR", "ZEL", "ALD"};
     constexpr std::array grounds{"Harbour Park", "Old Mill Lane", "Lighthouse Road", "The Moorings"};
-    return JSONDictionary{{"fixture", match->id},
-                          {"stadium", grounds[match->home % grounds.size()]},
-                          {"spectators", 8'000 + 1'375 * match->home}};
+    Teams teams;
+    for (std::size_t club = 0; club < clubCount; ++club) {
+        teams.teams.push_back(
+            {.id = teamID(club), .abbreviation = abbreviations[club], .ground = grounds[club % grounds.size()]});
+    }
+    return teams;
+}
+
+std::optional<std::int64_t> Season::spectators(FixtureID id) const {
+    const auto fixture = std::ranges::find(matchday_.fixtures, id, &Fixture::id);
+    if (fixture == matchday_.fixtures.end() || fixture->status == Fixture::Status::finished) return std::nullopt;
+    return 8'000 + 1'375 * static_cast<std::int64_t>(clubOf(fixture->home));
 }
 
 JSONDictionary Season::playOn(int minutes) {
     JSONArray goals;
-    for (Match& match : today_) {
-        for (int i = 0; i < minutes && match.status == Status::live; ++i) {
-            ++match.minute;
-            for (auto [club, tally] : {std::pair{match.home, &match.homeGoals}, {match.away, &match.awayGoals}}) {
+    for (Fixture& fixture : matchday_.fixtures) {
+        const std::size_t home = clubOf(fixture.home);
+        const std::size_t away = clubOf(fixture.away);
+        for (int i = 0; i < minutes && fixture.status == Fixture::Status::live; ++i) {
+            ++fixture.minute;
+            Score& score = *fixture.score;
+            for (auto [club, tally] : {std::pair{home, &score.home}, {away, &score.away}}) {
                 if (goalsBy(club, 1) == 0) continue;
                 ++*tally;
-                goals.append(JSONDictionary{
-                    {"fixture", match.id}, {"team", clubId(club)}, {"minute", match.minute}, {"score", score(match)}});
+                goals.append(JSONDictionary{{"fixture", fixture.id.value()},
+                                            {"team", teamID(club).value()},
+                                            {"minute", fixture.minute},
+                                            {"homeGoals", score.home},
+                                            {"awayGoals", score.away}});
             }
-            if (match.minute < fullTime) continue;
-            match.status = Status::finished;
-            enterResult(match);
+            if (fixture.minute < fullTime) continue;
+            fixture.status = Fixture::Status::finished;
+            enterResult(home, away, score);
         }
     }
     return {{"goals", goals}};
-}
-
-std::string_view Season::name(Status status) noexcept {
-    switch (status) {
-        case Status::upcoming:
-            return "upcoming";
-        case Status::live:
-            return "live";
-        case Status::finished:
-            return "finished";
-    }
-    return {};
-}
-
-JSONArray Season::score(const Match& match) {
-    return {match.homeGoals, match.awayGoals};
 }
 
 }  // namespace matchday

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <clocale>
 #include <csignal>
-#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -83,7 +82,7 @@ int run(const Options& options) {
         report = DocumentReport::make(terminal, httpManager(options), *options.url, onEnd);
         report->start();
     } else {
-        backend.emplace(std::time(nullptr));
+        backend.emplace();
         scoreboard = Scoreboard::make(terminal, backend->url(""), onEnd);
         scoreboard->start();
     }
