@@ -7,11 +7,11 @@
 
 namespace corvane {
 
-APIRepositoryError APIRepositoryError::from(const AnyError& error, FetchResultMetadata metadata) {
-    if (const auto* decoding = error.as<DecodingError>()) return apiDecoding(*decoding, std::move(metadata));
-    if (const auto* networking = error.as<CommonAPIError>()) return apiNetworking(*networking, std::move(metadata));
-    if (const auto* client = error.as<ClientAPIError>()) return apiClient(*client, std::move(metadata));
-    return generic(error, std::move(metadata));
+APIRepositoryError APIRepositoryError::from(const AnyError& error, const FetchResultMetadata& metadata) {
+    if (const auto* decoding = error.as<DecodingError>()) return apiDecoding(*decoding, metadata);
+    if (const auto* networking = error.as<CommonAPIError>()) return apiNetworking(*networking, metadata);
+    if (const auto* client = error.as<ClientAPIError>()) return apiClient(*client, metadata);
+    return generic(error, metadata);
 }
 
 std::string APIRepositoryError::errorDescription() const {

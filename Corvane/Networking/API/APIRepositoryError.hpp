@@ -16,25 +16,25 @@ namespace corvane {
 /// Why an `APIRepository` has no model to give, with the metadata of the attempt. An `ErrorType`.
 class CORVANE_EXPORT APIRepositoryError {
   public:
-    [[nodiscard]] static APIRepositoryError apiDecoding(DecodingError error, FetchResultMetadata metadata) {
-        return {std::move(error), std::move(metadata)};
+    [[nodiscard]] static APIRepositoryError apiDecoding(DecodingError error, const FetchResultMetadata& metadata) {
+        return {std::move(error), metadata};
     }
 
-    [[nodiscard]] static APIRepositoryError apiNetworking(CommonAPIError error, FetchResultMetadata metadata) {
-        return {std::move(error), std::move(metadata)};
+    [[nodiscard]] static APIRepositoryError apiNetworking(CommonAPIError error, const FetchResultMetadata& metadata) {
+        return {std::move(error), metadata};
     }
 
-    [[nodiscard]] static APIRepositoryError apiClient(ClientAPIError error, FetchResultMetadata metadata) {
-        return {std::move(error), std::move(metadata)};
+    [[nodiscard]] static APIRepositoryError apiClient(ClientAPIError error, const FetchResultMetadata& metadata) {
+        return {std::move(error), metadata};
     }
 
-    [[nodiscard]] static APIRepositoryError generic(AnyError error, FetchResultMetadata metadata) {
-        return {std::move(error), std::move(metadata)};
+    [[nodiscard]] static APIRepositoryError generic(const AnyError& error, const FetchResultMetadata& metadata) {
+        return {error, metadata};
     }
 
     /// The case that the type of `error` says. A body that a `CommonAPI` cannot decode is `apiNetworking`: its error is
     /// a `CommonAPIError`, whatever is in there.
-    [[nodiscard]] static APIRepositoryError from(const AnyError& error, FetchResultMetadata metadata);
+    [[nodiscard]] static APIRepositoryError from(const AnyError& error, const FetchResultMetadata& metadata);
 
     [[nodiscard]] bool isAPIDecoding() const noexcept { return underlying<DecodingError>() != nullptr; }
 
@@ -65,8 +65,8 @@ class CORVANE_EXPORT APIRepositoryError {
   private:
     using Underlying = std::variant<DecodingError, CommonAPIError, ClientAPIError, AnyError>;
 
-    APIRepositoryError(Underlying error, FetchResultMetadata metadata) noexcept
-        : error_(std::move(error)), metadata_(std::move(metadata)) {}
+    APIRepositoryError(Underlying error, const FetchResultMetadata& metadata) noexcept
+        : error_(std::move(error)), metadata_(metadata) {}
 
     Underlying error_;
     FetchResultMetadata metadata_;

@@ -67,8 +67,8 @@ class CORVANE_EXPORT CommonAPIError {
         return CommonAPIError(FromDecoding{std::move(error)});
     }
 
-    [[nodiscard]] static CommonAPIError urlSessionError(AnyError error) {
-        return CommonAPIError(FromURLSession{std::move(error)});
+    [[nodiscard]] static CommonAPIError urlSessionError(const AnyError& error) {
+        return CommonAPIError(FromURLSession{error});
     }
 
     /// The API has no URL.

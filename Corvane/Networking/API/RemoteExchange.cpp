@@ -8,8 +8,8 @@ namespace corvane {
 
 std::expected<URLSessionAPIResponse, CommonAPIError> remoteOutcome(std::optional<Data> data,
                                                                    const HTTPURLResponse* response,
-                                                                   std::optional<AnyError> error) {
-    if (error) return std::unexpected(CommonAPIError::urlSessionError(*std::move(error)));
+                                                                   const std::optional<AnyError>& error) {
+    if (error) return std::unexpected(CommonAPIError::urlSessionError(*error));
     if (response == nullptr) return std::unexpected(CommonAPIError::invalidResponse());
 
     const int status = response->statusCode();
