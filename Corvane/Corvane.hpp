@@ -146,6 +146,7 @@
 #include <Corvane/Platform/Dispatch/TaskExecutor.hpp>
 #include <Corvane/Platform/Dispatch/TaskFrames.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
+#include <Corvane/Platform/Dispatch/TaskPromise.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Platform/Dispatch/Timer.hpp>
 #include <Corvane/Platform/Dispatch/Work.hpp>
