@@ -4,6 +4,7 @@
 
 #include <Corvane/Platform/Dispatch/Private/RunLoopImplementation.hpp>
 #include <Corvane/Platform/Dispatch/Private/ThreadIdentity.hpp>
+#include <Corvane/Platform/Dispatch/TaskContext.hpp>
 #include <Corvane/Platform/FatalError.hpp>
 
 namespace corvane {
@@ -37,6 +38,8 @@ class RunLoop::Implementation::Pump {
     Implementation& loop_;
     const bool isNested_;
     const bool outerIsStoppable_;
+    /// A task may run the loop; what the loop runs is no part of it.
+    const TaskContext::Absence outsideTasks_;
 };
 
 RunLoop::Implementation::Implementation(int thread) : thread_(thread) {

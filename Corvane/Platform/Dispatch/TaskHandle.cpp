@@ -76,7 +76,6 @@ std::coroutine_handle<> SpawnedTask::commit() noexcept {
 
 void SpawnedTask::waitOnMainRunLoop() {
     if (!Thread::isMainThread()) fatalError("runBlocking was called on another thread than the main one");
-    const TaskContext::Absence outsideTasks;
     bool isOver = false;
     whenEnded([&isOver] { DispatchQueue::main().async([&isOver] { isOver = true; }); });
     bool wasStopped = false;

@@ -14,6 +14,7 @@
 #include <Corvane/Platform/Dispatch/Actor.hpp>
 #include <Corvane/Platform/Dispatch/CancellationError.hpp>
 #include <Corvane/Platform/Dispatch/Continuation.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
@@ -228,6 +229,8 @@ TEST(Task, CancellationReachesWhatTheTaskAwaitsAndNothingElse) {
                 EXPECT_FALSE((co_await Task<>::sleep(60)).has_value());
                 co_return Task<>::isNotCancelled();
             }));
+            DispatchQueue::main().async([&] { alive.push_back(Task<>::isNotCancelled()); });
+            RunLoop::main().runOnce();
             isOtherCancelled = !co_await spawn([]() -> Task<bool> { co_return Task<>::isNotCancelled(); }).value();
         },
         {.executor = DispatchQueue::main()});
@@ -239,7 +242,7 @@ TEST(Task, CancellationReachesWhatTheTaskAwaitsAndNothingElse) {
     EXPECT_FALSE(handle.isEnded());
     clock.settle();
     EXPECT_TRUE(handle.isEnded());
-    EXPECT_THAT(alive, ElementsAre(true, false));
+    EXPECT_THAT(alive, ElementsAre(true, false, true));
     EXPECT_FALSE(isOtherCancelled || isCallbackCancelled);
 }
 
