@@ -42,13 +42,13 @@ bool PreConcurrencyEventThrottler::firesAtOnce() const noexcept {
 }
 
 void PreConcurrencyEventThrottler::timerFired() {
-    closed_ = Clock::current().uptime();
+    // Not closed before the event has returned: what it submits waits, however long it takes.
+    closed_.reset();
     if (auto submission = takeWaiting()) {
         log("fires last delayed event");
         fire(std::move(submission->event));
-        // Unless the event has opened another window, this one closes with its return.
-        if (!isWaiting()) closed_ = Clock::current().uptime();
     }
+    if (!isWaiting()) closed_ = Clock::current().uptime();
 }
 
 void PreConcurrencyEventThrottler::forget() noexcept {

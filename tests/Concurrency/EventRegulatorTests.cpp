@@ -126,6 +126,18 @@ TEST(EventRegulator, LivesUntilWhatWaitsHasFired) {
     EXPECT_EQ(throttler, nullptr);
 }
 
+TEST(EventRegulator, LetsWaitWhatAnEventSubmitsHoweverLongItTakes) {
+    Script script;
+    const auto throttler = PreConcurrencyEventThrottler::make(Mode::immediate, 0.5);
+    throttler->throttle([&] {
+        script.clock.advance(1);
+        throttler->throttle([&] { script.outcome += 'b'; });
+        script.outcome += 'a';
+    });
+    script.clock.advance(0.5);
+    EXPECT_EQ(script.playWith(*throttler, "......"), "a.....b.");
+}
+
 TEST(EventRegulator, HasAnAnswerToAnyTime) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     for (const double time : {0.0, -1.0, -infinity, std::numeric_limits<double>::quiet_NaN(), infinity, 1e300}) {
