@@ -31,7 +31,8 @@ class KeyPath {
     template <class Property, class Owner>
         requires std::derived_from<Root, Owner> && std::is_object_v<Property>
     KeyPath(Property Owner::* member) noexcept  // NOLINT(google-explicit-constructor)
-        : member_(reinterpret_cast<char Root::*>(static_cast<Property Root::*>(member))),
+        : member_(reinterpret_cast<AnyMember>(
+              const_cast<std::remove_cv_t<Property> Root::*>(static_cast<Property Root::*>(member)))),
           operations_(&operations<Property>) {}
 
     /// Registers on the property if it can be observed, and does nothing otherwise.

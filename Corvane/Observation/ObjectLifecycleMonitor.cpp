@@ -35,8 +35,10 @@ void ObjectLifecycleMonitor::add(WeakObjectWrapper object) {
 
 void ObjectLifecycleMonitor::printAliveObjects() {
     dropGone();
-    // A copy: a description may add objects.
+    // A copy: a description may add objects, and end some.
     for (const WeakObjectWrapper& object : std::vector(list())) {
+        const auto kept = object.object();
+        if (kept == nullptr) continue;
         std::string line = object.description();
         std::ranges::replace(line, '\n', ' ');
         line += '\n';

@@ -23,6 +23,7 @@ struct Match : Fixture, KeyPathBatchObservable<Match> {
     Observable<int> score{0};
     Observable<std::string> title{"A-B"};
     int plain = 0;
+    const int id = 1;
 };
 
 }  // namespace
@@ -40,6 +41,7 @@ TEST(KeyPathBatchObservable, ObservesTheListedPropertiesWithOneCallback) {
     match.addObserver(observer,
                       {{&Match::title, Options::options({initial, changed})},
                        {&Match::plain, Options::options(initial)},
+                       {&Match::id, Options::options(initial)},
                        {&Match::score, Options::options({initial, old, new_})},
                        {&Match::isLive, Options::options(new_)}},
                       note);

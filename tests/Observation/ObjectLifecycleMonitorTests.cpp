@@ -15,7 +15,12 @@ struct View {
 struct ListView final : View {};
 
 struct Described {
-    [[nodiscard]] std::string description() const { return "a page\nof two lines"; }
+    [[nodiscard]] std::string description() const {
+        part.reset();
+        return "a page\nof two lines";
+    }
+
+    mutable std::shared_ptr<int> part = std::make_shared<int>(2);
 };
 
 std::string printed() {
@@ -33,10 +38,12 @@ TEST(ObjectLifecycleMonitor, PrintsWhatIsStillThere) {
     corvane::ObjectLifecycleMonitor::add(gone);
     corvane::ObjectLifecycleMonitor::add(view);
     corvane::ObjectLifecycleMonitor::add(described);
+    corvane::ObjectLifecycleMonitor::add(described->part);
     gone.reset();
     EXPECT_THAT(printed(), ::testing::MatchesRegex("\\(anonymous namespace\\)::ListView: 0x[0-9a-f]+\n"
                                                    "a page of two lines\n"));
-    EXPECT_EQ(corvane::ObjectLifecycleMonitor::objects().size(), 2U);
+    EXPECT_EQ(corvane::ObjectLifecycleMonitor::objects().size(), 3U)
+        << "with the part, which went while it was printed";
     view.reset();
     described.reset();
     EXPECT_EQ(printed(), "");
