@@ -22,8 +22,8 @@ namespace corvane {
 /// are, so a view can tell whether the action bound to it has changed, and each performance leaves a log line.
 ///
 ///     const CommandWith<> reload = commandOnMain({.name = "reload"}, [=] { page->reload(); });
-///     const CommandWith<MatchID> open = command<MatchID>([](const MatchID& match) -> Task<> { co_await load(match);
-///     }); open.perform(match);
+///     const auto open = command<MatchID>([](const MatchID& match) -> Task<> { co_await load(match); });
+///     open.perform(match);
 ///
 /// An action that returns nothing is called; one that returns a `Task<>` is awaited. It gets the value as
 /// `const T&`, valid until it has returned or its task has ended, and is itself kept until then, whatever becomes of
