@@ -55,8 +55,9 @@ class DispatchGroupIdentifiable {
     /// where they are; it is ignored while an earlier one runs. One of zero or less, or that is no number, counts as
     /// 0.1 ms, and an infinite one never expires.
     void notify(DispatchQueue& queue, std::optional<double> timeout, std::function<void()> execute) {
-        notifier_->setCallback(queue, std::move(execute));
         if (timeout) notifier_->startTimer(*timeout);
+        // Last: the callback before ends with it, and may be all that holds this group.
+        notifier_->setCallback(queue, std::move(execute));
     }
 
     void notify(DispatchQueue& queue, std::function<void()> execute) {
