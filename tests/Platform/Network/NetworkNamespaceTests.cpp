@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <fstream>
+#include <latch>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -70,6 +71,19 @@ TEST(NetworkNamespaceTest, FollowsLinksRoutesAndAddresses) {
     EXPECT_EQ(recorder->reports(), expected) << "each change once, and nothing for the same flags";
 }
 
+/// Blocks until the look-ups of "recovering.test" that were asked for before have been answered.
+void waitForLookUps() {
+    struct Client final : network::HostLookupClient {
+        void hostLookedUp(network::HostAnswer /*answer*/) override { answered.count_down(); }
+
+        std::latch answered{1};
+    };
+
+    const auto client = std::make_shared<Client>();
+    network::HostLookups::shared().lookUp("recovering.test", client);
+    client->answered.wait();
+}
+
 TEST(NetworkNamespaceTest, LooksAHostUpAgain) {
     if (!NetworkNamespace::enter()) return;
     plugCable();
@@ -86,13 +100,20 @@ TEST(NetworkNamespaceTest, LooksAHostUpAgain) {
     // There is a way to a server now, so a look-up that failed for now is tried again without any change.
     testing::VirtualClock clock;
     ResolverStub resolver;
-    const auto path = NetworkPath::make("recovering.test").value();
+    const auto path = std::static_pointer_cast<network::KernelPath>(NetworkPath::make("recovering.test").value());
     const auto recorder = PathRecorder::watch(*path);
     ASSERT_TRUE(recorder);
     recorder->waitFor("-- -------");
+    for (const double delay : {1, 2, 4}) {
+        clock.advance(delay);
+        waitForLookUps();
+    }
+    path->networkChanged();
+    waitForLookUps();
     resolver.recover();
     clock.advance(1);
-    recorder->waitFor("-R -----ld");
+    waitForLookUps();
+    EXPECT_EQ(path->flags()->description(), "-R -----ld") << "after a change the delays begin anew";
 }
 
 /// Flaps of a route, in one process and as fast as it goes.

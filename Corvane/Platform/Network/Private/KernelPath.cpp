@@ -152,6 +152,7 @@ void KernelPath::hostLookedUp(HostAnswer answer) {
     const std::lock_guard lock(mutex_);
     addresses_.swap(answer.addresses);
     isLookingUp_ = false;
+    ++answers_;
     if (std::exchange(isLookupOutdated_, false)) {
         lookUp();
     } else if (isWatched_ && answer.isTemporaryFailure) {
@@ -163,14 +164,12 @@ void KernelPath::hostLookedUp(HostAnswer answer) {
 void KernelPath::scheduleRetry() {
     // Without a way to any server there is nothing to retry before the next change.
     const auto internet = RouteQueries::shared().flags(SocketAddress::zero());
-    if (!internet || !internet->contains(NetworkFlag::reachable) || isRetryScheduled_) return;
-    isRetryScheduled_ = true;
-    queue_->asyncAfter(retryDelay_, [weak = weak_from_this()] {
+    if (!internet || !internet->contains(NetworkFlag::reachable)) return;
+    queue_->asyncAfter(retryDelay_, [weak = weak_from_this(), answer = answers_] {
         const auto self = weak.lock();
         if (self == nullptr) return;
         const std::lock_guard lock(self->mutex_);
-        self->isRetryScheduled_ = false;
-        if (self->isWatched_) self->lookUp();
+        if (self->isWatched_ && self->answers_ == answer) self->lookUp();
     });
     retryDelay_ = std::min(retryDelay_ * 2, longestRetryDelay);
 }

@@ -64,7 +64,8 @@ class KernelPath final : public NetworkPath, public HostLookupClient, public std
 
     bool isLookingUp_ = false;
     bool isLookupOutdated_ = false;
-    bool isRetryScheduled_ = false;
+    /// Counts the answers of look-ups: a retry is of the last one, or has no effect.
+    std::uint64_t answers_ = 0;
     /// How long the next retry of a failed look-up waits, in seconds.
     double retryDelay_ = 1;
 };
