@@ -38,13 +38,11 @@ void ScriptedPath::Script::allow(Step step) {
 }
 
 void ScriptedPath::Script::setHolding(bool holds) {
-    std::vector<Report> released;
-    {
-        const std::lock_guard lock(mutex_);
-        isHolding_ = holds;
-        if (!holds) released.swap(held_);
-    }
-    for (Report& each : released)
+    const std::lock_guard lock(mutex_);
+    isHolding_ = holds;
+    if (holds) return;
+    // Under the lock, so that no later report overtakes them.
+    for (Report& each : std::exchange(held_, {}))
         send(std::move(each));
 }
 

@@ -88,6 +88,9 @@ TEST_F(ConnectivityTest, TriesWithinTheTimeoutAllTheSame) {
 TEST_F(ConnectivityTest, LetsGoOfWhatIsCancelledOrSuspended) {
     const auto task = start(request("/x"));
     clock.settle();
+    network.holdReports();
+    network.report(NetworkFlag::reachable);
+    network.setFlags({});
     task->cancel();
     EXPECT_EQ(waitForAll().error, URLError::cancelled);
     clock.settle();
@@ -95,6 +98,9 @@ TEST_F(ConnectivityTest, LetsGoOfWhatIsCancelledOrSuspended) {
 
     const auto suspended = start(request("/x"));
     clock.settle();
+    network.releaseReports();
+    clock.settle();
+    EXPECT_EQ(network.watchedPaths(), 1) << "of a network that is lost again, to one that is gone";
     suspended->suspend();
     clock.advance(10 * timeout);
     EXPECT_TRUE(server.requests().empty()) << "its timeout does not run";

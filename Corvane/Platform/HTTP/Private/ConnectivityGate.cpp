@@ -8,14 +8,10 @@ namespace corvane::http {
 
 namespace {
 
-bool isUsable(NetworkFlags flags) noexcept {
-    return flags.contains(NetworkFlag::reachable) && flags.connectsByItself();
-}
-
 /// Flags that cannot be read do not keep anybody from trying.
 bool isUsable(NetworkPath& path) {
     const auto flags = path.flags();
-    return !flags || isUsable(*flags);
+    return !flags || (flags->contains(NetworkFlag::reachable) && flags->connectsByItself());
 }
 
 /// RFC 6761, 6.3.
@@ -32,9 +28,9 @@ class ConnectivityGate::Callback final : public NetworkPathCallback {
   public:
     explicit Callback(std::weak_ptr<ConnectivityGate> gate) noexcept : gate_(std::move(gate)) {}
 
-    void flagsChanged(NetworkFlags flags) override {
-        const auto gate = gate_.lock();
-        if (gate && isUsable(flags)) gate->open();
+    /// A report may be late, of a network that is lost again and of tasks that are gone: only what is true now counts.
+    void flagsChanged(NetworkFlags /*flags*/) override {
+        if (const auto gate = gate_.lock()) gate->openIfUsable();
     }
 
     [[nodiscard]] std::string description() const override { return "a session that waits for connectivity"; }
@@ -66,7 +62,6 @@ bool ConnectivityGate::admits(const std::string& host) {
 }
 
 bool ConnectivityGate::hold(const std::shared_ptr<DataTask>& task) {
-    std::shared_ptr<NetworkPath> internet;
     {
         const std::lock_guard lock(mutex_);
         if (held_.empty() &&
@@ -76,10 +71,9 @@ bool ConnectivityGate::hold(const std::shared_ptr<DataTask>& task) {
             return false;
         }
         held_.push_back(task);
-        internet = internet_;
     }
     // It may have come between the look and the watch.
-    if (isUsable(*internet)) open();
+    openIfUsable();
     return true;
 }
 
@@ -92,11 +86,11 @@ void ConnectivityGate::withdraw(const DataTask& task) {
     if (withdrawn > 0 && held_.empty()) stopWatching();
 }
 
-void ConnectivityGate::open() {
+void ConnectivityGate::openIfUsable() {
     std::vector<std::weak_ptr<DataTask>> released;
     {
         const std::lock_guard lock(mutex_);
-        if (held_.empty()) return;
+        if (held_.empty() || !isUsable(*internet_)) return;
         released.swap(held_);
         stopWatching();
     }

@@ -32,7 +32,7 @@ class ConnectivityGate final : public std::enable_shared_from_this<ConnectivityG
     class Callback;
 
     /// Any thread.
-    void open();
+    void openIfUsable();
     void stopWatching() noexcept;
 
     std::mutex mutex_;
