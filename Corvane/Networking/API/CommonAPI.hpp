@@ -52,12 +52,10 @@ class CommonAPI {
     ///
     /// - Fails with `invalidURL` when there is no URL, and with `decodingError` when the body is no model; neither
     ///   touches the cache.
-    /// - A server that answers "not modified" gets its model from the cache, with the time of the cached body. Without
-    /// it
-    ///   the load fails with `clientAPIError(emptyData)`.
+    /// - When the server answers "not modified" the model comes from the cache, with the time of the cached body. If
+    ///   there is none, the load fails with `clientAPIError(emptyData)`.
     /// - After a `serverFault` the handler decides whether to load again. When it stops, it is cleared, and the load
-    /// fails
-    ///   with that fault.
+    ///   fails with that fault.
     /// - Cancelling the task cancels the transfer.
     [[nodiscard]] virtual Task<std::expected<CommonAPIFetchResult, CommonAPIError>> loadData() {
         return on(TaskExecutor(), load(core_));

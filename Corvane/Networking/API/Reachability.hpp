@@ -51,7 +51,8 @@ class CORVANE_EXPORT Reachability : public std::enable_shared_from_this<Reachabi
     struct Queues {
         /// Of the reachability queue.
         DispatchQoS queueQoS{};
-        /// What the reachability queue runs on; null for the global queue of its class.
+        /// What the reachability queue runs on; null for the global queue of its class. `startNotifier`, and a
+        /// `connection` that has to be read, wait for the reachability queue, so they must not be called on this one.
         std::shared_ptr<DispatchQueue> targetQueue = nullptr;
         /// Where callbacks and notifications come; null for the reachability queue itself.
         std::shared_ptr<DispatchQueue> notificationQueue = DispatchQueue::main().shared_from_this();
