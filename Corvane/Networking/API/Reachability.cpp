@@ -149,13 +149,15 @@ void Reachability::notify() {
 }
 
 Connection Reachability::connection(SourceFileContext context) {
+    // A callback that hears of the first flags may let go of the last handle.
+    std::shared_ptr<Reachability> self;
     if (!flags()) {
         if (queue_->isCurrent()) {
             fatalErrorInDebug("The connection was asked for on the reachability queue before there were flags",
                               context);
             return Connection::unavailable;
         }
-        const auto self = shared_from_this();
+        self = shared_from_this();
         queue_->sync([this] { static_cast<void>(readFlags()); });
     }
     const std::lock_guard lock(lock_);

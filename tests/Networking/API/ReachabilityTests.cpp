@@ -223,6 +223,11 @@ TEST_F(ReachabilityTest, AnswersInItsCallbacksOnItsOwnQueueAndMayEndThere) {
     clock.settle();
     EXPECT_EQ(reachability, nullptr);
     EXPECT_EQ(network.watchedPaths(), 0);
+
+    reachability = Reachability::make({.notificationQueue = nullptr}).value();
+    reachability->setWhenUnreachable([&](Reachability&) { reachability = nullptr; });
+    EXPECT_EQ(reachability->connection(), Connection::unavailable) << "told before it is answered";
+    EXPECT_EQ(reachability, nullptr);
 }
 
 TEST_F(ReachabilityTest, ReportsAReadThatWouldWaitForItself) {
