@@ -25,7 +25,7 @@ using corvane::JSONValue;
 using corvane::testing::LoopbackRequest;
 using corvane::testing::LoopbackResponse;
 
-constexpr int minutesPerAsk = 12;
+constexpr int minutesPerAsk = 4;
 
 corvane::Date wholeSecond() {
     return std::chrono::floor<std::chrono::seconds>(corvane::Clock::current().now());

@@ -23,6 +23,10 @@ class League {
     using Witness =
         std::function<void(std::string_view who, std::string_view what, const corvane::FetchResultMetadata& metadata)>;
 
+    /// A failure is the sentence to tell the user.
+    template <class Model>
+    using Answer = std::expected<std::shared_ptr<const Model>, std::string>;
+
     struct Summary {
         std::size_t asks = 0;
         std::size_t requests = 0;
@@ -63,8 +67,8 @@ class League {
     }
 
     template <class Model>
-    corvane::Task<std::expected<std::shared_ptr<const Model>, std::string>> ask(
-        corvane::APIRepository<Model> repository, std::string who, std::string_view what, bool useCache) {
+    corvane::Task<Answer<Model>> ask(corvane::APIRepository<Model> repository, std::string who, std::string_view what,
+                                     bool useCache) {
         ++asks_;
         const auto answer = co_await repository.fetchData(useCache);
         witness_(who, what, answer ? answer->metadata : answer.error().metadata());

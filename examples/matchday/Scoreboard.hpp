@@ -1,20 +1,19 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include <Corvane/Concurrency/DispatchGroupIdentifiable.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
 #include <Corvane/Platform/Dispatch/Task.hpp>
 
 #include "Downloads.hpp"
 #include "League.hpp"
-#include "LocalFiles.hpp"
+#include "LiveBoard.hpp"
+#include "TeamBook.hpp"
 #include "Terminal.hpp"
 
 namespace matchday {
@@ -32,6 +31,12 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
 
     void start();
 
+    /// A key that was typed.
+    void press(char key);
+
+    /// Clears the screen of what is live and sums up what has been; to be called when the loop has ended early.
+    void close();
+
   private:
     /// Absent when all went well, or else the failure to tell the user.
     using Failure = std::optional<std::string>;
@@ -46,8 +51,18 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     corvane::Task<Failure> predict();
     corvane::Task<Failure> lookAtDetails();
     corvane::Task<Failure> meetFaults();
+    /// Asks for one of the opening's documents and keeps it.
+    template <class Model>
+    void fetch(std::string document, corvane::Task<League::Answer<Model>> answer,
+               std::shared_ptr<const Model> Scoreboard::* kept);
+
+    template <class Model>
+    static corvane::Task<> keep(std::shared_ptr<Scoreboard> self, std::string document,
+                                corvane::Task<League::Answer<Model>> answer,
+                                std::shared_ptr<const Model> Scoreboard::* kept);
+
     corvane::Task<Failure> follow();
-    void summarize();
+    void sumUp();
     void reportVisit();
     void end(Failure failure = std::nullopt);
 
@@ -63,22 +78,24 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     void heading(std::string_view text);
     void printAnswer(std::string_view who, std::string_view what, const corvane::FetchResultMetadata& metadata);
     void printDownload(const Download& download);
-    void printFixtures(const std::set<FixtureID>& changed);
-    void printStandings();
-    [[nodiscard]] const std::string& name(const TeamID& team) const;
-    [[nodiscard]] bool isShown(const Fixture& fixture) const;
+    void printTable(std::string_view title, const Table& table);
+    [[nodiscard]] const Fixture* find(Fixture::Status status) const;
 
     Terminal& terminal_;
     std::string backend_;
     End onEnd_;
     std::shared_ptr<Downloads> downloads_;
     int requestCount_ = 0;
-    League league_;
-    TeamNames names_ = bundledTeams();
-    TeamFilter filter_ = keptFilter();
+    std::shared_ptr<League> league_;
+    std::shared_ptr<TeamBook> book_ = std::make_shared<TeamBook>();
+    std::shared_ptr<corvane::Reachability> reachability_;
+    std::shared_ptr<LiveBoard> live_;
+    bool isSummedUp_ = false;
     std::shared_ptr<const Matchday> matchday_;
     std::shared_ptr<const Standings> standings_;
     std::shared_ptr<const Teams> teams_;
+    /// The documents that the opening waits for.
+    corvane::DispatchGroupIdentifiable<std::string> documents_;
 };
 
 }  // namespace matchday

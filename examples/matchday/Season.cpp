@@ -168,11 +168,20 @@ std::optional<std::int64_t> Season::spectators(FixtureID id) const {
 }
 
 JSONDictionary Season::playOn(int minutes) {
+    using enum Fixture::Status;
+    if (std::ranges::find(matchday_.fixtures, live, &Fixture::status) == matchday_.fixtures.end()) {
+        // Nobody wants to wait for the late games.
+        for (Fixture& fixture : matchday_.fixtures) {
+            if (fixture.status != upcoming) continue;
+            fixture.status = live;
+            fixture.score.emplace();
+        }
+    }
     JSONArray goals;
     for (Fixture& fixture : matchday_.fixtures) {
         const std::size_t home = clubOf(fixture.home);
         const std::size_t away = clubOf(fixture.away);
-        for (int i = 0; i < minutes && fixture.status == Fixture::Status::live; ++i) {
+        for (int i = 0; i < minutes && fixture.status == live; ++i) {
             ++fixture.minute;
             Score& score = *fixture.score;
             for (auto [club, tally] : {std::pair{home, &score.home}, {away, &score.away}}) {
@@ -185,7 +194,7 @@ JSONDictionary Season::playOn(int minutes) {
                                             {"awayGoals", score.away}});
             }
             if (fixture.minute < fullTime) continue;
-            fixture.status = Fixture::Status::finished;
+            fixture.status = finished;
             enterResult(home, away, score);
         }
     }

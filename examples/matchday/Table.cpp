@@ -16,6 +16,12 @@ std::string blanks(std::size_t count) {
 }  // namespace
 
 void Table::print(Terminal& terminal) const {
+    for (const std::string& line : lines(terminal))
+        terminal.line(line);
+}
+
+std::vector<std::string> Table::lines(const Terminal& terminal) const {
+    std::vector<std::string> lines;
     std::vector<std::size_t> widths;
     std::vector<Cell> titles;
     for (const Column& column : columns_) {
@@ -26,7 +32,7 @@ void Table::print(Terminal& terminal) const {
         titles.push_back({column.title, Style::faint});
     }
 
-    const auto printRow = [&](const std::vector<Cell>& row) {
+    const auto addRow = [&](const std::vector<Cell>& row) {
         std::string line;
         std::size_t pending = 0;  // Blanks wait for something to follow them: no line ends in blanks.
         for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -42,11 +48,12 @@ void Table::print(Terminal& terminal) const {
                 pending += free - before;
             }
         }
-        terminal.line(line);
+        lines.push_back(std::move(line));
     };
-    printRow(titles);
+    addRow(titles);
     for (const auto& row : rows_)
-        printRow(row);
+        addRow(row);
+    return lines;
 }
 
 }  // namespace matchday

@@ -30,6 +30,9 @@ class Table {
     /// Prints the titles and the rows.
     void print(Terminal& terminal) const;
 
+    /// The lines that `print` prints, styled for the terminal.
+    [[nodiscard]] std::vector<std::string> lines(const Terminal& terminal) const;
+
   private:
     std::vector<Column> columns_;
     std::vector<std::vector<Cell>> rows_;

@@ -62,14 +62,16 @@ bool isObeyed(wchar_t character) {
            (character >= 0x2066 && character <= 0x2069);
 }
 
+/// Whether standard output obeys escape sequences.
+bool isCapable() {
+    const char* const terminal = std::getenv("TERM");  // NOLINT(concurrency-mt-unsafe): nobody here changes it.
+    return isatty(STDOUT_FILENO) == 1 && terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
 bool allowsColors(ColorMode mode) {
     if (mode != ColorMode::automatic) return mode == ColorMode::always;
-    // NOLINTBEGIN(concurrency-mt-unsafe): nobody in this program changes the environment.
-    const char* const none = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    // NOLINTEND(concurrency-mt-unsafe)
-    return isatty(STDOUT_FILENO) == 1 && (none == nullptr || *none == '\0') && terminal != nullptr &&
-           std::string_view(terminal) != "dumb";
+    const char* const none = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): nobody here changes it.
+    return isCapable() && (none == nullptr || *none == '\0');
 }
 
 constexpr std::string_view escapeSequence(Style style) {
@@ -124,9 +126,12 @@ std::string elided(std::string_view text, std::size_t columns) {
     return result + "…";
 }
 
-Terminal::Terminal(ColorMode colors) : hasColors_(allowsColors(colors)) {
+Terminal::Terminal(ColorMode colors)
+    : hasColors_(allowsColors(colors)), isInteractive_(isCapable() && isatty(STDIN_FILENO) == 1) {
     winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) columns_ = size.ws_col;
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return;
+    if (size.ws_col > 0) columns_ = size.ws_col;
+    if (size.ws_row > 0) rows_ = size.ws_row;
 }
 
 std::string Terminal::styled(Style style, std::string_view text) const {
@@ -135,11 +140,14 @@ std::string Terminal::styled(Style style, std::string_view text) const {
 }
 
 void Terminal::line(std::string_view text) {
-    const std::string whole = std::string(text) + '\n';
-    for (std::string_view rest = whole; !rest.empty() && failure_ == 0;) {
-        const ssize_t written = write(STDOUT_FILENO, rest.data(), rest.size());
+    write(std::string(text) + '\n');
+}
+
+void Terminal::write(std::string_view text) {
+    while (!text.empty() && failure_ == 0) {
+        const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
         if (written >= 0) {
-            rest.remove_prefix(static_cast<std::size_t>(written));
+            text.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
             failure_ = errno;
         }

@@ -35,13 +35,23 @@ class Terminal {
     /// Columns to fill: the terminal's, 80 when standard output is something else.
     [[nodiscard]] std::size_t columns() const noexcept { return columns_; }
 
+    [[nodiscard]] std::size_t rows() const noexcept { return rows_; }
+
+    /// Whether somebody sits there, who sees what is written and may type.
+    [[nodiscard]] bool isInteractive() const noexcept { return isInteractive_; }
+
     [[nodiscard]] std::string styled(Style style, std::string_view text) const;
 
     void line(std::string_view text = {});
 
+    /// Text without an end of line, for one who knows that it is a terminal.
+    void write(std::string_view text);
+
   private:
     bool hasColors_;
+    bool isInteractive_;
     std::size_t columns_ = 80;
+    std::size_t rows_ = 24;
     int failure_ = 0;
 };
 

@@ -20,6 +20,7 @@
 
 #include "Backend.hpp"
 #include "DocumentReport.hpp"
+#include "Keyboard.hpp"
 #include "LocalFiles.hpp"
 #include "Options.hpp"
 #include "Scoreboard.hpp"
@@ -57,7 +58,9 @@ std::shared_ptr<corvane::SimpleHttpManager> httpManager(const Options& options) 
 
 int run(const Options& options) {
     int exitCode = success;
-    const auto stop = [&exitCode](int code) {
+    bool isOver = false;
+    const auto stop = [&exitCode, &isOver](int code) {
+        if (std::exchange(isOver, true)) return;
         exitCode = code;
         corvane::RunLoop::main().stop();
     };
@@ -86,9 +89,14 @@ int run(const Options& options) {
         scoreboard = Scoreboard::make(terminal, backend->url(""), onEnd);
         scoreboard->start();
     }
-    corvane::RunLoop::main().run();
+    if (scoreboard && terminal.isInteractive()) {
+        Keyboard().run([&isOver] { return isOver; }, [&scoreboard](char key) { scoreboard->press(key); });
+    } else if (!isOver) {
+        corvane::RunLoop::main().run();
+    }
 
     // Nobody listens any more; what protects itself from an early exit gets its time.
+    if (scoreboard) scoreboard->close();
     scoreboard.reset();
     report.reset();
     corvane::BackgroundTasks::waitForRunning(patience);
