@@ -1,11 +1,9 @@
 #include <cmath>
 #include <limits>
-#include <thread>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/Clock.hpp>
-#include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
@@ -22,19 +20,6 @@ TEST(Clock, DeadlinesSaturateAndNeverLieInThePast) {
     }
     EXPECT_EQ(deadlineAfter(0.3) - now, std::chrono::milliseconds(300));
     EXPECT_EQ(deadlineAfter(9.0e9) - now, std::chrono::seconds(9'000'000'000));
-}
-
-TEST(Thread, TellsTheFirstThreadFromOthers) {
-    EXPECT_TRUE(Thread::isMainThread());
-    Thread::assumeMainExecutor();
-    bool isMain = true;
-    std::thread([&] { isMain = Thread::isMainThread(); }).join();
-    EXPECT_FALSE(isMain);
-}
-
-TEST(ThreadDeathTest, StopsWhereTheMainExecutorIsAssumedWrongly) {
-    EXPECT_DEATH(std::thread([] { Thread::assumeMainExecutor(); }).join(),
-                 "Fatal error: Incorrect actor executor assumption; Expected same executor as the main executor");
 }
 
 }  // namespace

@@ -24,21 +24,6 @@ bool isReadable(int descriptor, int timeout) {
     return ::poll(&question, 1, timeout) == 1;
 }
 
-TEST(RunLoop, RunsBlocksInOrderAndThoseQueuedMeanwhileInTheNextPass) {
-    RunLoop& loop = RunLoop::main();
-    std::vector<int> ran;
-    loop.perform([&] {
-        ran.push_back(1);
-        loop.perform([&] { ran.push_back(3); });
-    });
-    loop.perform([&] { ran.push_back(2); });
-    EXPECT_TRUE(loop.drain());
-    EXPECT_THAT(ran, ElementsAre(1, 2));
-    EXPECT_TRUE(loop.drain());
-    EXPECT_THAT(ran, ElementsAre(1, 2, 3));
-    EXPECT_FALSE(loop.drain());
-}
-
 TEST(RunLoop, ABlockThatPumpsSeesTheRestOfItsPassOnce) {
     RunLoop& loop = RunLoop::main();
     std::vector<int> ran;

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <random>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -166,6 +168,40 @@ TEST_F(TimerTest, ABlockThatPumpsDoesNotReenterItsTimer) {
     clock_.advance(1);
     timer->invalidate();
     EXPECT_THAT(fired_, ElementsAre(4));
+}
+
+TEST_F(TimerTest, ManyFireWhenAndInTheOrderInWhichAListWouldHaveThem) {
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    const auto draw = [&random](std::size_t below) { return static_cast<unsigned>(random() % below); };
+    std::vector<std::shared_ptr<Timer>> timers;
+    std::set<std::pair<unsigned, std::size_t>> armed;  // when, in milliseconds, and which
+    std::vector<std::size_t> fired, expected;
+    unsigned now = 0;
+    for (int step = 0; step < 5000; ++step) {
+        const unsigned delay = 1 + draw(20);
+        auto any = armed.begin();
+        if (!armed.empty()) std::advance(any, draw(armed.size()));
+        if (const unsigned choice = draw(6); choice < 2 || armed.empty()) {
+            const std::size_t number = timers.size();
+            timers.push_back(Timer::scheduled(delay * 0.001, false, [&, number](Timer&) { fired.push_back(number); }));
+            armed.emplace(now + delay, number);
+        } else if (choice < 4) {
+            timers[any->second]->restart(delay * 0.001);
+            armed.emplace(now + delay, armed.extract(any).value().second);
+        } else if (choice == 4) {
+            timers[armed.extract(any).value().second]->invalidate();
+        } else {
+            clock_.advance(0.005);
+            for (now += 5; !armed.empty() && armed.begin()->first <= now;)
+                expected.push_back(armed.extract(armed.begin()).value().second);
+            ASSERT_EQ(fired, expected);
+        }
+    }
+    EXPECT_GT(fired.size(), 100U);
+    for (const auto& timer : timers)
+        timer->invalidate();
 }
 
 TEST_F(TimerTest, MayBeMovedAndEndedFromOtherThreads) {

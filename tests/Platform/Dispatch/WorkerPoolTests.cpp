@@ -1,14 +1,11 @@
-#include <atomic>
 #include <cstdlib>
 #include <future>
 #include <latch>
-#include <memory>
 #include <semaphore>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
-#include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
 namespace {
@@ -58,17 +55,6 @@ TEST(WorkerPool, ABlockBehindABlockedOneIsTakenOver) {
         });
         done.wait();
     }
-}
-
-TEST(WorkerPool, BlocksAreDestroyedOnceTheyHaveRun) {
-    testing::VirtualClock clock;
-    const auto token = std::make_shared<int>();
-    std::atomic<int> ran = 0;
-    for (int count = 0; count < 1000; ++count)
-        DispatchQueue::global().async([&, token] { ++ran; });
-    clock.settle();
-    EXPECT_EQ(ran, 1000);
-    EXPECT_EQ(token.use_count(), 1);
 }
 
 TEST(WorkerPoolDeathTest, TheProcessExitsCleanlyWhileWorkersWork) {
