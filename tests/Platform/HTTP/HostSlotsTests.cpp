@@ -31,16 +31,6 @@ TEST(HostSlots, AdmitByPriorityThenByOrder) {
     EXPECT_TRUE(slots.acquire("a", 0, entry(8)));
 }
 
-TEST(HostSlots, ForgetWhoWithdraws) {
-    HostSlots<Entry> slots(0);  // no limit below one makes sense
-    const Entry second = entry(2);
-    EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));
-    EXPECT_FALSE(slots.acquire("a", 0.5F, second));
-    EXPECT_FALSE(slots.acquire("a", 0.5F, entry(3)));
-    slots.withdraw("a", second);
-    EXPECT_EQ(numberOf(slots.release("a")), 3);
-}
-
 TEST(HostSlots, RaiseTheLimitOfMultiplexedOrigins) {
     HostSlots<Entry> slots(1);
     EXPECT_TRUE(slots.acquire("a", 0.5F, entry(1)));

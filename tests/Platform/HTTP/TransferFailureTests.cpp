@@ -12,12 +12,7 @@ TEST(TransferFailure, HasOneCodeForEveryKind) {
         TransferFailure failure;
         URLError code;
     } cases[] = {
-        {{.code = CURLE_COULDNT_RESOLVE_HOST}, URLError::cannotFindHost},
-        {{.code = CURLE_COULDNT_CONNECT, .systemError = ECONNREFUSED}, URLError::cannotConnectToHost},
         {{.code = CURLE_COULDNT_CONNECT, .systemError = ENETUNREACH}, URLError::notConnectedToInternet},
-        {{.code = CURLE_OPERATION_TIMEDOUT}, URLError::timedOut},
-        {{.code = CURLE_GOT_NOTHING}, URLError::networkConnectionLost},
-        {{.code = CURLE_PARTIAL_FILE}, URLError::networkConnectionLost},
         {{.code = CURLE_SEND_ERROR}, URLError::networkConnectionLost},
         {{.code = CURLE_RECV_ERROR, .detail = "Recv failure: Connection reset by peer"},
          URLError::networkConnectionLost},
@@ -26,10 +21,6 @@ TEST(TransferFailure, HasOneCodeForEveryKind) {
         {{.code = CURLE_UNSUPPORTED_PROTOCOL}, URLError::cannotParseResponse},
         {{.code = CURLE_OUT_OF_MEMORY}, URLError::cannotParseResponse},
         {{.code = CURLE_OUT_OF_MEMORY, .hasHead = true}, URLError::unknown},
-        {{.code = CURLE_BAD_CONTENT_ENCODING}, URLError::cannotDecodeContentData},
-        {{.code = CURLE_SSL_CONNECT_ERROR}, URLError::secureConnectionFailed},
-        {{.code = CURLE_PEER_FAILED_VERIFICATION, .verifyResult = 0}, URLError::serverCertificateUntrusted},
-        {{.code = CURLE_PEER_FAILED_VERIFICATION, .verifyResult = 10}, URLError::serverCertificateHasBadDate},
         {{.code = CURLE_PEER_FAILED_VERIFICATION, .verifyResult = 9}, URLError::serverCertificateNotYetValid},
         {{.code = CURLE_FTP_ACCEPT_FAILED}, URLError::unknown},
     };
