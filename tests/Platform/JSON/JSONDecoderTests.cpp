@@ -12,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <Corvane/Platform/AnyError.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
@@ -262,20 +261,6 @@ TEST(JSONDecoder, LetsTheLastOfRepeatedKeysCount) {
     EXPECT_EQ(winner, (std::map<std::string, Team>{{"w", {2, "b", std::nullopt}}}));
 }
 
-TEST(JSONDecoder, GivesErrorsThatOthersCanLookInto) {
-    const auto value = JSONDecoder().decode<std::vector<Team>>(R"([{"id":1}])");
-    ASSERT_FALSE(value);
-    const AnyError any = value.error();
-    const auto* const error = any.as<DecodingError>();
-    ASSERT_NE(error, nullptr);
-    const auto* const missing = error->as<DecodingError::KeyNotFound>();
-    ASSERT_NE(missing, nullptr);
-    EXPECT_EQ(missing->key, CodingKey("name"));
-    EXPECT_EQ(missing->context.codingPath, CodingPath{CodingKey(std::size_t{0})});
-    EXPECT_EQ(any.description(), "There is no member \"name\" at [0].");
-    EXPECT_EQ(any.localizedDescription(), "The data is not in the expected format.");
-}
-
 /// Scalars of every length around the blocks in which they are looked at, right and wrong ones.
 std::vector<std::string> scalars() {
     std::vector<std::string> scalars{"-",   "01",  "-01", "00", "1.",  ".5", "1.e3", "1e",
@@ -312,20 +297,6 @@ TEST(JSONDecoder, PassesOverAndReadsWhatIsJSONAndNothingElse) {
         const auto read = JSONDecoder().decode<Read>(document);
         EXPECT_EQ(read ? std::optional(read->x) : std::nullopt, integer) << scalar;
     }
-}
-
-TEST(JSONDecoder, KeepsNoMoreMemoryForAListThanGrowingWould) {
-    std::string text = "[[";
-    for (int i = 0; i < 100; ++i)
-        text += "1,";
-    text += "1]";
-    for (int i = 0; i < 100; ++i)
-        text += ",[1,1,1,1,1,1,1,1,1,1]";
-    const auto lists = JSONDecoder().decode<std::vector<std::vector<int>>>(text + "]");
-    ASSERT_TRUE(lists);
-    EXPECT_EQ(lists->front(), std::vector<int>(101, 1));
-    EXPECT_LE(lists->front().capacity(), 202U);
-    EXPECT_EQ(lists->size(), 101U);
 }
 
 }  // namespace

@@ -56,12 +56,5 @@ TEST(JSONNumber, IsEqualByMathematicalValue) {
     EXPECT_NE(JSONNumber(std::nan("")), JSONNumber(std::nan("")));
 }
 
-TEST(JSONNumber, DescribesItself) {
-    EXPECT_EQ(JSONNumber(true).description(), "1");
-    EXPECT_EQ(JSONNumber(uint64Max).description(), "18446744073709551615");
-    EXPECT_FALSE(JSONNumber(0.0).boolValue());
-    EXPECT_TRUE(JSONNumber(-0.5).boolValue());
-}
-
 }  // namespace
 }  // namespace corvane

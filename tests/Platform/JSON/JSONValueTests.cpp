@@ -17,18 +17,6 @@ JSONValue nested(int depth) {
     return value;
 }
 
-TEST(JSONValue, KeepsEachKindApart) {
-    EXPECT_TRUE(JSONValue(nullptr).isNull());
-    EXPECT_TRUE(JSONValue(false).isBool());
-    EXPECT_FALSE(JSONValue(0).isBool());
-    EXPECT_EQ(JSONValue("").asNumber(), std::nullopt);
-    EXPECT_EQ(JSONValue(true).asString(), std::nullopt);
-    EXPECT_EQ(JSONValue(JSONDictionary{}).asArray(), nullptr);
-    EXPECT_EQ(JSONValue(JSONArray{}).asDictionary(), nullptr);
-    EXPECT_EQ(JSONValue(JSONNumber(true)).asBool(), true);
-    EXPECT_EQ(JSONValue(UINT64_MAX).asUInt64(), UINT64_MAX);
-}
-
 TEST(JSONValue, ChainsLookUpsThroughWhatIsNotThere) {
     const JSONValue payload =
         JSONDictionary{{"scores", JSONArray{1, 0.0, "x"}}, {"none", nullptr}, {"live", true}, {"live", false}};

@@ -67,11 +67,5 @@ TEST(JSONSerialization, WritesWhatReadsBackEqualOrderAndBooleansIncluded) {
     }
 }
 
-TEST(JSONSerialization, GivesDataWithPaddingOfItsOwn) {
-    const auto data = JSONSerialization::data(JSONArray{"x"});
-    ASSERT_TRUE(data);
-    EXPECT_EQ(data->data()[data->size() + Data::padding - 1], std::byte{0});
-}
-
 }  // namespace
 }  // namespace corvane
