@@ -1,9 +1,7 @@
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -121,30 +119,22 @@ TEST(LoopbackServer, RefusesWhatIsNoRequest) {
         std::string request;
         int status;
     } cases[] = {
-        {"nonsense\r\n\r\n", 400},
         {"\x16\x03\x01 as TLS begins", 400},
-        {"GET /\r\n\r\n", 400},
         {"GET  / HTTP/1.1\r\nHost: h\r\n\r\n", 400},
         {"G(T / HTTP/1.1\r\nHost: h\r\n\r\n", 400},
-        {"GET fixtures HTTP/1.1\r\nHost: h\r\n\r\n", 400},
         {"GET /\x80 HTTP/1.1\r\nHost: h\r\n\r\n", 400},
         {"GET / HTTP/2.0\r\nHost: h\r\n\r\n", 505},
         {"GET / HTTP/1.1\r\n\r\n", 400},
         {"GET / HTTP/1.1\r\nHost: h\r\nHost: h\r\n\r\n", 400},
         {head + "Name : value\r\n\r\n", 400},
-        {head + "Folded: a\r\n b\r\n\r\n", 400},
         {head + "Bare: a\nInjected: b\r\n\r\n", 400},
         {head + std::string("Zero: \0\r\n\r\n", 11), 400},
-        {head + "no colon\r\n\r\n", 400},
         {head + "Content-Length: -1\r\n\r\n", 400},
-        {head + "Content-Length: 1, 1\r\n\r\n", 400},
         {head + "Content-Length: 99999999999999999999\r\n\r\n", 400},
         {head + "Content-Length: 99999999999\r\n\r\n", 413},
         {head + "Content-Length: 3\r\nTransfer-Encoding: chunked\r\n\r\n", 400},
         {head + "Transfer-Encoding: gzip, chunked\r\n\r\n", 501},
         {head + "Transfer-Encoding: chunked\r\n\r\nsize\r\n", 400},
-        {head + "Transfer-Encoding: chunked\r\n\r\n3\r\nabcd\r\n", 400},
-        {head + "Transfer-Encoding: chunked\r\n\r\nFFFFFFFFFF\r\n", 413},
         {head + "Long: " + std::string(70'000, 'x') + "\r\n\r\n", 431},
     };
 
@@ -153,24 +143,6 @@ TEST(LoopbackServer, RefusesWhatIsNoRequest) {
             << request.substr(0, 80);
     }
     EXPECT_EQ(server.requestCount(), 0U);
-}
-
-TEST(LoopbackServer, KeepsConnectionsAndAnswersPipelinedRequestsInOrder) {
-    LoopbackServer server;
-    server.route("GET", "/*", [](const LoopbackRequest& request) { return LoopbackResponse{.body = request.target}; });
-    server.route("GET", "/held", LoopbackResponse::held());
-    RawClient client(server.port());
-    client.send("GET /first HTTP/1.1\r\nHost: h\r\n\r\n\r\nGET /held HTTP/1.1\r\nHost: h\r\n\r\n" + get("/third"));
-    EXPECT_THAT(client.receiveUntil("/first"), HasSubstr("200 OK"));
-
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    EXPECT_EQ(server.requestCount(), 2U);
-    exchange->respond({.body = "second"});
-    EXPECT_THAT(client.receiveAll(), AllOf(HasSubstr("second"), EndsWith("/third")));
-    EXPECT_EQ(server.connectionsAccepted(), 1U);
-    client.hangUp();
-    EXPECT_TRUE(server.waitForOpenConnections(0));
 }
 
 TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
@@ -183,14 +155,10 @@ TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
     const auto first = server.waitForHeldExchange();
     ASSERT_TRUE(first);
     EXPECT_EQ(first->request().target, "/held");
-    const LoopbackResponse response{.headers = {{"Content-Length", "4"}}};
-    first->send(response.head());
-    EXPECT_EQ(trickled.receiveUntil("\r\n\r\n"), response.head());
-    for (const std::string piece : {"a", "b", "c", "d"}) {
-        first->send(piece);
-        EXPECT_EQ(trickled.receiveUntil(piece), piece);
-    }
-    EXPECT_TRUE(first->waitUntilWritten());
+    first->send("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nab");
+    EXPECT_THAT(trickled.receiveUntil("ab"), EndsWith("\r\n\r\nab"));
+    first->send("cd");
+    EXPECT_EQ(trickled.receiveUntil("cd"), "cd");
     first->finish();
     first->send("never seen, the exchange is over");
     trickled.send(request);
@@ -213,37 +181,32 @@ TEST(LoopbackServer, HoldsAnExchangeUntilTheTestGoesOn) {
     EXPECT_FALSE(server.waitForHeldExchange(std::chrono::milliseconds(0)));
 }
 
-TEST(LoopbackServer, RefusesAndAcceptsConnectionsOnTheSamePort) {
-    LoopbackServer server;
-    RawClient early(server.port());
-    ASSERT_TRUE(server.waitForOpenConnections(1));
-    server.refuseConnections();
-    EXPECT_FALSE(RawClient(server.port()).isConnected());
-    early.send(get("/"));
-    EXPECT_THAT(early.receiveAll(), StartsWith("HTTP/1.1 404 "));
-    server.acceptConnections();
-    EXPECT_THAT(answerTo(server, get("/")), StartsWith("HTTP/1.1 404 "));
-}
+TEST(LoopbackServer, BreaksAnswersAtTheirPlace) {
+    const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n";
+    const std::string chunkedHead = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
 
-TEST(LoopbackServer, ClosesIdleConnectionsInOrder) {
-    LoopbackServer server;
-    server.route("GET", "/held", LoopbackResponse::held());
-    RawClient fresh(server.port());
-    RawClient idle(server.port());
-    idle.send("GET / HTTP/1.1\r\nHost: h\r\n\r\n");
-    EXPECT_THAT(idle.receiveUntil("\r\n\r\n"), StartsWith("HTTP/1.1 404 "));
-    RawClient busy(server.port());
-    busy.send(get("/held"));
-    const auto exchange = server.waitForHeldExchange();
-    ASSERT_TRUE(exchange);
-    ASSERT_TRUE(server.waitForOpenConnections(3));
-    server.closeIdleConnections();
-    EXPECT_EQ(idle.receiveAll(), "");
-    EXPECT_FALSE(idle.wasReset());
-    exchange->respond({.body = "late"});
-    EXPECT_THAT(busy.receiveAll(), EndsWith("late"));
-    fresh.send(get("/"));
-    EXPECT_THAT(fresh.receiveAll(), StartsWith("HTTP/1.1 404 "));
+    const struct {
+        LoopbackFault fault;
+        std::string wire;
+        bool isReset;
+    } cases[] = {
+        {LoopbackFault::closeBeforeHeaders, "", false},
+        {LoopbackFault::resetBeforeHeaders, "", true},
+        {LoopbackFault::resetInsideHeaders, "HTTP/1.1 200 OK\r\nCo", true},
+        {LoopbackFault::resetInsideBody, head + "01234", true},
+        {LoopbackFault::truncatedBody, head + "01234", false},
+        {LoopbackFault::truncatedChunkedBody, chunkedHead + "5\r\n01234\r\n", false},
+        {LoopbackFault::badChunkSize, chunkedHead + "5\r\n01234\r\nsize\r\nbody\r\n", false},
+    };
+
+    for (const auto& [fault, wire, isReset] : cases) {
+        LoopbackServer server;
+        server.route("GET", "/", LoopbackResponse{.body = "0123456789"}.with(fault));
+        RawClient client(server.port());
+        client.send("GET / HTTP/1.1\r\nHost: h\r\n\r\n");
+        EXPECT_EQ(client.receiveAll(), wire);
+        EXPECT_EQ(client.wasReset(), isReset) << wire;
+    }
 }
 
 TEST(LoopbackServer, EndsWhateverItsConnectionsAreDoing) {
@@ -265,28 +228,6 @@ TEST(LoopbackServer, EndsWhateverItsConnectionsAreDoing) {
     survivor->respond({});
     EXPECT_TRUE(survivor->waitForHangUp());
     EXPECT_EQ(clients[2]->receiveAll(), "");
-}
-
-TEST(LoopbackServer, ServesManyClientsAtOnce) {
-    LoopbackServer server;
-    server.route("POST", "/echo", echo);
-    std::atomic<int> right = 0;
-    std::vector<std::thread> threads;
-    for (int number = 0; number < 8; ++number) {
-        threads.emplace_back([&, number] {
-            RawClient client(server.port());
-            for (int round = 0; round < 50; ++round) {
-                const std::string body = std::to_string(number * 1000 + round + 10000);
-                client.send("POST /echo HTTP/1.1\r\nHost: h\r\nContent-Length: 5\r\n\r\n" + body);
-                if (client.receiveUntil(body).ends_with("\r\n\r\n" + body)) ++right;
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(right, 400);
-    EXPECT_EQ(server.requestCount(), 400U);
-    EXPECT_EQ(server.connectionsAccepted(), 8U);
 }
 
 }  // namespace

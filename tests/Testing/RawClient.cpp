@@ -16,7 +16,7 @@ RawClient::RawClient(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    isConnected_ = ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
 
 RawClient::~RawClient() {

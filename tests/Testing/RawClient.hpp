@@ -12,8 +12,6 @@ class RawClient {
     RawClient(const RawClient&) = delete;
     RawClient& operator=(const RawClient&) = delete;
 
-    [[nodiscard]] bool isConnected() const noexcept { return isConnected_; }
-
     void send(std::string_view bytes) const;
 
     /// Whatever comes until `text` has come, inclusive; everything when the connection ends before.
@@ -31,7 +29,6 @@ class RawClient {
     [[nodiscard]] bool receiveMore();
 
     int socket_;
-    bool isConnected_ = false;
     bool wasReset_ = false;
     std::string received_;
 };
