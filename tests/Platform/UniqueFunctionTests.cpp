@@ -1,5 +1,4 @@
 #include <array>
-#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -63,16 +62,6 @@ TEST(UniqueFunction, MovesTrivialTargetsAndTakesNullPointersAsEmpty) {
     int (*none)() = nullptr;
     EXPECT_FALSE(UniqueFunction<int()>(none));
     EXPECT_FALSE(UniqueFunction<int()>());
-}
-
-TEST(UniqueFunction, PassesMoveOnlyAndReferenceArgumentsThrough) {
-    UniqueFunction<std::unique_ptr<int>(std::unique_ptr<int>, int&)> function = [](std::unique_ptr<int> p, int& n) {
-        n = *p;
-        return p;
-    };
-    int seen = 0;
-    EXPECT_EQ(*function(std::make_unique<int>(5), seen), 5);
-    EXPECT_EQ(seen, 5);
 }
 
 }  // namespace

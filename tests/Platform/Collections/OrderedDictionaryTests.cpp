@@ -138,18 +138,5 @@ TEST(OrderedDictionary, TakesKeysAndValuesFromItself) {
     EXPECT_EQ(*chain.find("99"), "100");
 }
 
-TEST(OrderedDictionary, LooksAtKeysWhileGapsOutnumberEntries) {
-    // A queue: what comes first goes first, for longer than the memory lasts.
-    OrderedDictionary<int, int> queue;
-    queue.reserve(4'096);
-    for (int i = 0; i < 100'000; ++i) {
-        queue.set(i, i);
-        if (i < 10) continue;
-        ASSERT_TRUE(queue.remove(queue.begin()->key));
-    }
-    EXPECT_EQ(queue.begin()->key, 99'990);
-    EXPECT_EQ(queue.size(), 10U);
-}
-
 }  // namespace
 }  // namespace corvane
