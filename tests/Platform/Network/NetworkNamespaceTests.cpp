@@ -99,21 +99,27 @@ TEST(NetworkNamespaceTest, LooksAHostUpAgain) {
     }
     // There is a way to a server now, so a look-up that failed for now is tried again without any change.
     testing::VirtualClock clock;
-    ResolverStub resolver;
-    const auto path = std::static_pointer_cast<network::KernelPath>(NetworkPath::make("recovering.test").value());
-    const auto recorder = PathRecorder::watch(*path);
-    ASSERT_TRUE(recorder);
-    recorder->waitFor("-- -------");
-    for (const double delay : {1, 2, 4}) {
-        clock.advance(delay);
+    for (const bool isWatchedAgain : {false, true}) {
+        ResolverStub resolver;
+        const auto path = std::static_pointer_cast<network::KernelPath>(NetworkPath::make("recovering.test").value());
+        const auto recorder = PathRecorder::watch(*path);
+        ASSERT_TRUE(recorder);
+        recorder->waitFor("-- -------");
+        for (const double delay : {1, 2, 4}) {
+            clock.advance(delay);
+            waitForLookUps();
+        }
+        if (isWatchedAgain) {
+            ASSERT_TRUE(path->setCallback(nullptr) && PathRecorder::watch(*path));
+        } else {
+            path->networkChanged();
+        }
         waitForLookUps();
+        resolver.recover();
+        clock.advance(1);
+        waitForLookUps();
+        EXPECT_EQ(path->flags()->description(), "-R -----ld") << "the delays begin anew";
     }
-    path->networkChanged();
-    waitForLookUps();
-    resolver.recover();
-    clock.advance(1);
-    waitForLookUps();
-    EXPECT_EQ(path->flags()->description(), "-R -----ld") << "after a change the delays begin anew";
 }
 
 /// Flaps of a route, in one process and as fast as it goes.

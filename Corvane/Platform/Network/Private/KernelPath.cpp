@@ -59,6 +59,7 @@ NetworkPath::Result<void> KernelPath::watch(bool watches) {
     if (watches) {
         if (auto result = monitor_.add(*this); !result) return result;
         // What was known of a host is of the time when nobody watched.
+        retryDelay_ = 1;
         if (!hostName_.empty() && !isLookingUp_) lookUp();
     } else {
         monitor_.remove(*this);
