@@ -109,6 +109,18 @@ TEST(CommonAPI, LoadsAgainAfterServerFaultsAsLongAsTheHandlerSays) {
     EXPECT_EQ(g.load().error(), CommonAPIError::invalidURL());
 }
 
+TEST(CommonAPI, EndsALoadWithItsTaskAndNotWithTheAPI) {
+    testing::LoopbackServer server;
+    server.route("GET", "/held", LoopbackResponse::held());
+    std::optional<CommonAPI<Team>> api(std::in_place, std::make_shared<URLSessionAPIRemote>(nullptr, 30, "scores/2.1"));
+    api->update(URL::parse(server.url("/held")));
+    const auto load = spawn(api->loadData());
+    ASSERT_TRUE(server.waitForHeldExchange());
+    api.reset();
+    load.cancel();
+    EXPECT_TRUE(runBlocking(load.value()).error().isURLSessionError());
+}
+
 TEST(CommonAPI, CachesUnderTheURLThatWasSetDuringTheLoad) {
     Fixture f({answer(rovers)});
     f.onRequest = [&f] { f.api.update(URL::parse(f.server.url("/other"))); };
