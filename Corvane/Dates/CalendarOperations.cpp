@@ -1,3 +1,5 @@
+#include <chrono>
+
 #include <Corvane/Dates/CalendarOperations.hpp>
 
 namespace corvane {
@@ -7,9 +9,14 @@ std::optional<std::int64_t> yearsBetweenDate(const Calendar& calendar, Date star
 }
 
 std::int64_t numberOfDaysBetween(const Calendar& calendar, Date startDate, Date endDate) {
-    const Date start = calendar.startOfDay(startDate);
-    const Date end = calendar.startOfDay(endDate);
-    return calendar.dateComponents(CalendarUnit::day, start, end).day.value_or(0);
+    // Counted at UTC: where clocks skip midnight a day starts late, and at the next midnight it would not be over.
+    const TimeZone zone = calendar.timeZone();
+    Calendar days = calendar;
+    days.setTimeZone(TimeZone::utc());
+    const auto start = [&](Date date) {
+        return days.startOfDay(date + std::chrono::seconds(zone.secondsFromGMT(date)));
+    };
+    return days.dateComponents(CalendarUnit::day, start(startDate), start(endDate)).day.value_or(0);
 }
 
 }  // namespace corvane

@@ -54,13 +54,17 @@ TEST(InstantOperations, KnowDaysAndAges) {
     EXPECT_EQ((at(noon) - lateEvening).count(), 45'000);
 }
 
-TEST(CalendarOperations, CountYearsAndMidnights) {
+TEST(CalendarOperations, CountYearsAndDays) {
     const Calendar calendar(TimeZone::utc());
     EXPECT_EQ(numberOfDaysBetween(calendar, at(noon + 43'140), at(noon + 43'260)), 1);
     EXPECT_EQ(numberOfDaysBetween(calendar, at(noon), at(noon + 43'199)), 0);
     EXPECT_EQ(numberOfDaysBetween(calendar, at(noon), at(noon - 86'400 * 365)), -365);
     EXPECT_EQ(numberOfDaysBetween(calendar, at(noon), at(INFINITY)), 0);
     EXPECT_EQ(numberOfDaysBetween(Calendar(*TimeZone::named("Europe/Paris")), at(noon), at(noon + 31 * 86'400)), 31);
+    const Calendar brazil(*TimeZone::named("America/Sao_Paulo"));
+    constexpr double lateStart = 1'541'343'600;  // 2018-11-04 13:00 there, the day that began at 1:00
+    EXPECT_EQ(numberOfDaysBetween(brazil, at(lateStart), at(lateStart + 86'400)), 1);
+    EXPECT_EQ(numberOfDaysBetween(brazil, at(lateStart), at(lateStart - 86'400)), -1);
     EXPECT_EQ(yearsBetweenDate(calendar, at(0), at(noon)), 54);
     EXPECT_EQ(yearsBetweenDate(calendar, at(noon), at(INFINITY)), std::nullopt);
 }

@@ -27,6 +27,7 @@ Date at(double seconds) {
     return Date(std::chrono::duration<double>(seconds));
 }
 
+constexpr double july1960 = -299'894'400;
 constexpr double january2024 = 1'705'320'000;
 constexpr double july2024 = 1'721'044'800;
 
@@ -109,6 +110,8 @@ TEST(TimeZone, OfTheDeviceFollowsTZ) {
         EXPECT_EQ(TimeZone::system().secondsFromGMT(at(january2024)), row.winter) << row.variable;
         EXPECT_EQ(TimeZone::current().secondsFromGMT(at(july2024)), row.summer) << row.variable;
     }
+    const ZoneVariable variable("XXX-1YYY-3,J60,300");
+    EXPECT_EQ(TimeZone::system().secondsFromGMT(at(july1960)), 10'800) << "a rule counts before 1970, too";
 }
 
 TEST(TimeZone, CurrentIsWhatTheApplicationSays) {

@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <forward_list>
+#include <limits>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -65,7 +66,7 @@ TimeZone fromVariable(std::string text) {
     if (const auto zone = TimeZone::named(text)) return *zone;
     const auto rules = PosixZone::parse(text);
     if (!rules) return TimeZone::utc();
-    return ZoneAccess::adopt(std::move(text), ZoneRules({{.from = 0,
+    return ZoneAccess::adopt(std::move(text), ZoneRules({{.from = std::numeric_limits<std::int64_t>::min(),
                                                           .offset = rules->standard.offset,
                                                           .daylightSaving = 0,
                                                           .isDaylightSaving = false,
@@ -93,7 +94,7 @@ class Device {
     }
 
     const TimeZone& zone() {
-        if (coarseSeconds() >= nextLook_.load(std::memory_order_relaxed)) look();
+        if (coarseSeconds() >= nextLook_.load(std::memory_order_acquire)) look();
         return *zone_.load(std::memory_order_acquire);
     }
 
@@ -105,7 +106,8 @@ class Device {
                         std::memory_order_release);
             source_ = std::move(source);
         }
-        nextLook_.store(coarseSeconds() + 1, std::memory_order_relaxed);
+        // Whoever sees that there is no need to look sees the zone as well.
+        nextLook_.store(coarseSeconds() + 1, std::memory_order_release);
     }
 
     const TimeZone* replacement() const noexcept { return replacement_.load(std::memory_order_acquire); }
