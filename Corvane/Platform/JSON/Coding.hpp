@@ -11,8 +11,9 @@ class Decoder;
 class Encoder;
 
 /// The one place where a type says how it is coded as JSON. Nothing has to be said of numbers, Booleans, text, `Date`,
-/// `JSONValue`, optionals, vectors, maps, scoped enumerations whose raw values are their enumerators' names, and
-/// plain structs of all these (at most 64 members, no base, no reference, no array of the language).
+/// `JSONValue`, optionals, vectors, maps, `OrderedDictionary`, scoped enumerations whose raw values are their
+/// enumerators' names, and plain structs of all these (at most 64 members, no base, no reference, no array of the
+/// language).
 ///
 /// Any other wish is written either in the type itself or, for types that cannot be changed, under the same name in a
 /// specialisation of this template:

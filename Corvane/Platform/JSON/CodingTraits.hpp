@@ -55,8 +55,14 @@ inline constexpr bool isVector = false;
 template <class T, class Allocator>
 inline constexpr bool isVector<std::vector<T, Allocator>> = true;
 
+/// A dictionary that keeps the order of its entries (`OrderedDictionary`).
 template <class T>
-concept CodedDictionary = requires(T& dictionary, typename T::key_type key) {
+concept CodedOrderedDictionary = requires(T& dictionary, typename T::key_type key) {
+    { dictionary.tryEmplace(std::move(key)).first } -> std::same_as<typename T::mapped_type&>;
+};
+
+template <class T>
+concept CodedDictionary = CodedOrderedDictionary<T> || requires(T& dictionary, typename T::key_type key) {
     { dictionary.try_emplace(std::move(key)).first->second } -> std::same_as<typename T::mapped_type&>;
 };
 

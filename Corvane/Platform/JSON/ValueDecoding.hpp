@@ -156,19 +156,28 @@ std::optional<Key> dictionaryKey(std::string_view text) {
         return key;
     } else {
         static_assert(std::constructible_from<Key, std::string_view>, "the dictionary's keys cannot be decoded");
+        static_assert(!std::same_as<Key, std::string_view>, "the dictionary's keys would end with the document");
         return Key(text);
     }
 }
 
 template <class Dictionary>
 bool readEntry(JSONCursor& cursor, void* dictionary, std::string_view text, const CodingStep* path) {
-    using Value = typename Dictionary::mapped_type;
     auto key = dictionaryKey<typename Dictionary::key_type>(text);
     if (!key) return cursor.failCorrupted("The key is not one of the dictionary's", path);
-    const auto [entry, isNew] = static_cast<Dictionary*>(dictionary)->try_emplace(*std::move(key));
     // The last of repeated keys counts, and nothing of the one before may be left.
-    if (!isNew) entry->second = Value();
-    return readValue(cursor, entry->second, path);
+    const auto readEmptied = [&](auto& value, bool isNew) {
+        if (!isNew) value = typename Dictionary::mapped_type();
+        return readValue(cursor, value, path);
+    };
+    auto& entries = *static_cast<Dictionary*>(dictionary);
+    if constexpr (CodedOrderedDictionary<Dictionary>) {
+        const auto [value, isNew] = entries.tryEmplace(*std::move(key));
+        return readEmptied(value, isNew);
+    } else {
+        const auto [entry, isNew] = entries.try_emplace(*std::move(key));
+        return readEmptied(entry->second, isNew);
+    }
 }
 
 template <CodedEnumeration Enumeration>

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <Corvane/Platform/Collections/OrderedDictionary.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
@@ -46,6 +47,7 @@ struct Everything {
     std::map<std::string, std::vector<int>> groups;
     std::unordered_map<int, Side> sides;
     std::map<Side, int> goals;
+    OrderedDictionary<std::string, std::vector<int>> form;
     std::optional<Team> winner;
     JSONValue extra;
 };
@@ -107,6 +109,7 @@ TEST(JSONDecoder, DecodesPlainStructsOfEverySupportedKind) {
           "grade": "F", "teams": [{"id": 1, "name": "Atl\u00e9tico \ud83d\ude00\n", "city": null},
                                   {"name": "B", "id": -9223372036854775808, "city": "C"}],
           "flags": [true, false], "groups": {"a\"b": [1], "": []}, "sides": {"-3": "home"}, "goals": {"away": 2},
+          "form": {"z": [1], "a": [2], "z": [3]},
           "winner": {"id": 5.0, "name": ""}, "extra": {"z": [1e2], "a": null} } )");
     ASSERT_TRUE(value) << value.error().description();
     EXPECT_EQ(value->tiny, -128);
@@ -124,6 +127,7 @@ TEST(JSONDecoder, DecodesPlainStructsOfEverySupportedKind) {
     EXPECT_EQ(value->groups, (std::map<std::string, std::vector<int>>{{"a\"b", {1}}, {"", {}}}));
     EXPECT_EQ(value->sides, (std::unordered_map<int, Side>{{-3, Side::home}}));
     EXPECT_EQ(value->goals, (std::map<Side, int>{{Side::away, 2}}));
+    EXPECT_EQ(value->form, (OrderedDictionary<std::string, std::vector<int>>{{"z", {3}}, {"a", {2}}}));
     EXPECT_EQ(value->winner, (Team{5, "", std::nullopt}));
     EXPECT_EQ(value->extra.description(), R"({"z":[100.0],"a":null})");
 }

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/AnyError.hpp>
+#include <Corvane/Platform/Collections/OrderedDictionary.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONEncoder.hpp>
 
@@ -41,7 +42,7 @@ struct Everything {
     std::uint64_t huge = 0;
     Date kickOff;
     JSONValue extra;
-    std::map<std::string, std::string> texts;
+    OrderedDictionary<std::string, std::string> texts;
 
     bool operator==(const Everything&) const = default;
 };
@@ -71,7 +72,7 @@ TEST(JSONEncoder, WritesWhatTheDecoderReads) {
         .huge = std::numeric_limits<std::uint64_t>::max(),
         .kickOff = Date(Date::duration(1700000000.25)),
         .extra = JSONDictionary{{"z", true}, {"a", JSONArray{1.0, nullptr}}},
-        .texts = {{"", "\\/\t"}},
+        .texts = {{"z", ""}, {"", "\\/\t"}},
     };
     const auto data = JSONEncoder().encode(value);
     ASSERT_TRUE(data) << data.error().description();
@@ -79,7 +80,7 @@ TEST(JSONEncoder, WritesWhatTheDecoderReads) {
               R"({"teams":[{"team_id":1,"name":"Atlético \"A\"\n\u0001"},{"team_id":-5,"name":"","city":"Ürgüp"}],)"
               R"("flags":{"-1":[true,false],"7":[]},"odds":{"home":0.1,"away":-0.0},"scores":[1,null],"share":0.1,)"
               R"("huge":18446744073709551615,"kickOff":1700000000.25,"extra":{"z":true,"a":[1.0,null]},)"
-              R"("texts":{"":"\\/\t"}})");
+              R"("texts":{"z":"","":"\\/\t"}})");
     auto read = JSONDecoder().decode<Everything>(*data);
     ASSERT_TRUE(read) << read.error().description();
     read->teams[0].secret = true;
