@@ -56,11 +56,12 @@ template <class Key>
 concept NumericKey = JSONInteger<Key> || std::floating_point<Key>;
 
 /// Text itself, what is made from any text, or a class with `static std::optional<Key>
-/// fromDescription(std::string_view)`.
+/// fromDescription(std::string_view)`. No view, which would end with the payload.
 template <class Key>
-concept TextKey = std::constructible_from<Key, std::string_view> || requires(std::string_view text) {
-    { Key::fromDescription(text) } -> std::same_as<std::optional<Key>>;
-};
+concept TextKey = (std::constructible_from<Key, std::string_view> && !std::same_as<Key, std::string_view>) ||
+                  requires(std::string_view text) {
+                      { Key::fromDescription(text) } -> std::same_as<std::optional<Key>>;
+                  };
 
 template <class Key, class Raw>
 std::optional<Key> keyFromRawValue(const Raw& raw) {

@@ -22,6 +22,8 @@ enum class Card : std::uint8_t { yellow, red };
 using TeamName = TaggedType<struct TeamNameTag, std::string>;
 using TeamID = TaggedType<struct TeamIDTag, std::int64_t>;
 
+static_assert(!OrderedDictionaryKey<std::string_view>, "it would end with the payload");
+
 /// A number and a text at once: its raw value counts.
 struct Minute {
     std::int64_t value = 0;

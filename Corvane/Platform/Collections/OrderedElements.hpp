@@ -84,12 +84,14 @@ class OrderedElements {
         return (groups()[position / groupSize].gaps >> (position % groupSize) & 1U) != 0;
     }
 
-    /// The next gap behind `element`, or the end.
+    /// A place behind `element` before which there is no gap. Looks no further than the group, however far the next
+    /// gap.
     [[nodiscard]] Element* gapBehind(Element* element) const noexcept {
         if (gaps_ == 0) return end();
-        while (++element != end() && !isGap(positionOf(element))) {
-        }
-        return element;
+        const std::size_t group = positionOf(element) / groupSize;
+        const std::uint64_t gaps = groups()[group].gaps & ~(bitOf(positionOf(element)) - 1);
+        const std::size_t place = group * groupSize + static_cast<std::size_t>(std::countr_zero(gaps));
+        return elements_ + std::min<std::size_t>(place, used_);
     }
 
     /// The first element from `place` on, which may be a gap or the end.
