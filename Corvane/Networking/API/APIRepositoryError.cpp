@@ -16,7 +16,7 @@ APIRepositoryError APIRepositoryError::from(const AnyError& error, const FetchRe
 
 std::string APIRepositoryError::errorDescription() const {
     return std::visit(CaseVisitor{
-                          [](const DecodingError& error) { return error.description(); },
+                          [](const DecodingError& error) { return debugDescription(error); },
                           [](const CommonAPIError& error) { return error.errorDescription(); },
                           [](const ClientAPIError& error) { return error.errorDescription(); },
                           [](const AnyError& error) { return error.localizedDescription(); },

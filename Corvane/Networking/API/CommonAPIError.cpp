@@ -13,7 +13,7 @@ std::string CommonAPIError::errorDescription() const {
             [](ServerFault fault) { return fmt::format("Server fault ({})", fault.code); },
             [](const FromClient& failure) { return "Client API Error: " + failure.error.description(); },
             // The parenthesis deliberately stays open.
-            [](const FromDecoding& failure) { return "Decoding Error: (" + failure.error.description(); },
+            [](const FromDecoding& failure) { return "Decoding Error: (" + debugDescription(failure.error); },
             [](const FromURLSession& failure) { return "URL Session Error: " + failure.error.description(); },
             [](InvalidURL) { return Text("Invalid URL"); },
             [](InvalidResponse) { return Text("Invalid response"); },
@@ -30,7 +30,9 @@ std::string CommonAPIError::description() const {
             [](ClientFault fault) { return fmt::format("clientFault({})", fault.code); },
             [](ServerFault fault) { return fmt::format("serverFault({})", fault.code); },
             [](const FromClient& failure) { return fmt::format("clientAPIError({})", failure.error.description()); },
-            [](const FromDecoding& failure) { return fmt::format("decodingError({})", failure.error.description()); },
+            [](const FromDecoding& failure) {
+                return fmt::format("decodingError({})", debugDescription(failure.error));
+            },
             [](const FromURLSession& failure) {
                 return fmt::format("urlSessionError({})", failure.error.description());
             },

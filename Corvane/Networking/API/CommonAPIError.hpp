@@ -11,6 +11,11 @@
 
 namespace corvane {
 
+/// What this layer tells of a decoding error: the text of its context, and nothing besides.
+[[nodiscard]] inline const std::string& debugDescription(const DecodingError& error) noexcept {
+    return error.context().debugDescription;
+}
+
 /// Why a typed API has no model to give. An `ErrorType`, so it goes into an `AnyError`.
 ///
 ///     if (const auto* fault = error.as<CommonAPIError::ClientFault>(); fault && fault->code == 410) forgetFixture();
