@@ -20,6 +20,9 @@
 /// there; together with the place of the call, one of up to 64 bytes is queued without an allocation of its own (56
 /// bytes with a delay and a quality of service). There is no way to take one back. A queued callback must not throw.
 /// The main thread has to run or pump its run loop; an `after` in seconds counts on the clock in force.
+///
+/// What runs a callback directly stops the process when a task of another executor than the main one calls it on the
+/// main thread (`Thread::assumeMainExecutor`).
 
 namespace corvane {
 

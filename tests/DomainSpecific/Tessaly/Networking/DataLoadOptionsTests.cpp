@@ -5,8 +5,15 @@
 namespace corvane {
 namespace {
 
+TEST(DataLoadOptions, HasTheBitsThatReceiversKnow) {
+    const DataLoadOptions six(6);
+    EXPECT_TRUE(six.contains(DataLoadOptions::IgnoreCache) && six.contains(DataLoadOptions::TimeInUTC));
+    EXPECT_FALSE(six.contains(DataLoadOptions::IgnoreDates));
+    EXPECT_EQ(six.subtracting(DataLoadOptions::IgnoreCache), DataLoadOptions(4));
+    EXPECT_EQ(DataLoadOptions::IgnoreDates, DataLoadOptions(1));
+}
+
 TEST(DataLoadOptions, LetsTheApplicationReassignItsMembers) {
-    EXPECT_EQ(DataLoadOptions(6), DataLoadOptions::IgnoreCache.union_(DataLoadOptions::TimeInUTC));
     const auto before = DataLoadOptions::IgnoreDates;
     DataLoadOptions::IgnoreDates = DataLoadOptions(8);
     EXPECT_FALSE(DataLoadOptions(1).contains(DataLoadOptions::IgnoreDates));
