@@ -1,6 +1,8 @@
 #include "LiveBoard.hpp"
 
 #include <algorithm>
+#include <ranges>
+#include <string_view>
 #include <utility>
 
 #include <fmt/format.h>
@@ -116,13 +118,24 @@ void LiveBoard::press(char key) {
 
 Task<> LiveBoard::filterWhenTyped(std::shared_ptr<LiveBoard> self) {
     const bool isLast = co_await self->debouncer_.debounce();
-    if (isLast) self->note(self->environment_.teams->showOnly(self->filter_) ? "" : "No team is called that.");
+    if (isLast) self->filter();
 }
 
 void LiveBoard::clearFilter() {
     filter_.clear();
-    environment_.teams->showOnly({});
-    note({});
+    filter();
+}
+
+void LiveBoard::filter() {
+    // Parts of names, with commas between them.
+    std::vector<std::string> texts;
+    for (const auto part : std::views::split(std::string_view(filter_), ',')) {
+        std::string_view text(part);
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+        if (!text.empty()) texts.emplace_back(text);
+    }
+    const auto kept = environment_.teams->showOnly(texts);
+    note(kept ? std::string() : environment_.terminal.styled(Style::bad, kept.error()));
 }
 
 void LiveBoard::turnPage() {
@@ -159,7 +172,8 @@ Task<Page::Failure> LiveBoard::loadGames() {
     const auto goals = Goal::parseArray(JSONUtils::getArrayFromJSON(*live.json(), "goals"));
     for (const Goal& goal : goals.value_or(std::vector<Goal>())) {
         changed_.insert(goal.fixture);
-        if (!environment_.teams->isShown(goal.team)) continue;
+        const auto fixture = std::ranges::find(matchday_->fixtures, goal.fixture, &Fixture::id);
+        if (fixture == matchday_->fixtures.end() || !environment_.teams->isShown(*fixture)) continue;
         const Terminal& terminal = environment_.terminal;
         note_ = fmt::format("{:>3}′  {}", goal.minute,
                             terminal.styled(Style::live, "Goal for " + environment_.teams->name(goal.team) + "!"));
@@ -186,8 +200,9 @@ void LiveBoard::show() {
     const Terminal& terminal = environment_.terminal;
     std::vector<std::string> rows{banner()};
     if (terminal.isInteractive()) {
-        rows.push_back(terminal.styled(Style::faint, "Tab: turn the page  ^R: refresh  ^U: all teams  ^D: leave"));
-        rows.push_back("Teams: " + terminal.styled(Style::strong, filter_) + "_");
+        rows.push_back(
+            terminal.styled(Style::faint, "Type a team. Tab: turn the page, ^R: refresh, ^U: all teams, ^D: leave"));
+        rows.push_back("Teams: " + terminal.styled(Style::strong, printable(filter_)) + "_");
         rows.emplace_back();
     }
     const Table table = current_ == 0 ? environment_.teams->fixturesTable(*matchday_, changed_)

@@ -63,6 +63,7 @@ class LiveBoard : public std::enable_shared_from_this<LiveBoard> {
     void turnPage();
     void refresh();
     void clearFilter();
+    void filter();
 
     corvane::Task<Page::Failure> loadGames();
     corvane::Task<Page::Failure> loadStandings();
@@ -79,6 +80,7 @@ class LiveBoard : public std::enable_shared_from_this<LiveBoard> {
     std::size_t current_ = 0;
     std::map<char, corvane::Command> commands_;
     corvane::EventDebouncer debouncer_{"filter", 0.3};
+    /// What was typed.
     std::string filter_;
     std::string note_;
     int refreshCount_ = 0;

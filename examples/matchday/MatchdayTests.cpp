@@ -1,11 +1,15 @@
 #include <poll.h>
+#include <pty.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,15 +35,20 @@ using testing::Not;
 /// The program, running, with its output read by the test.
 class Matchday {
   public:
-    explicit Matchday(std::vector<std::string> arguments) {
+    enum class Output { pipe, terminal };
+
+    explicit Matchday(std::vector<std::string> arguments, Output where = Output::pipe) {
         int outputPipe[2], errorPipe[2];
-        EXPECT_EQ(pipe(outputPipe), 0);
+        const bool isTerminal = where == Output::terminal;
+        const winsize size{.ws_row = 24, .ws_col = 80, .ws_xpixel = 0, .ws_ypixel = 0};
+        EXPECT_EQ(isTerminal ? openpty(&outputPipe[0], &outputPipe[1], nullptr, nullptr, &size) : pipe(outputPipe), 0);
         EXPECT_EQ(pipe(errorPipe), 0);
         output_ = outputPipe[0];
         errors_ = errorPipe[0];
 
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
+        if (isTerminal) posix_spawn_file_actions_adddup2(&actions, outputPipe[1], STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions, outputPipe[1], STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, errorPipe[1], STDERR_FILENO);
         for (const int end : {outputPipe[0], outputPipe[1], errorPipe[0], errorPipe[1]}) {
@@ -57,7 +66,10 @@ class Matchday {
     }
 
     ~Matchday() {
-        if (process_ > 0) wait();
+        if (process_ > 0) {
+            kill(process_, SIGTERM);
+            wait();
+        }
         closeOutput();
         close(errors_);
     }
@@ -66,6 +78,23 @@ class Matchday {
     Matchday& operator=(const Matchday&) = delete;
 
     void interrupt() const { kill(process_, SIGINT); }
+
+    /// Types on the program's terminal.
+    void type(std::string_view keys) const {
+        EXPECT_EQ(write(output_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    }
+
+    /// Reads until `text` has come; false when the output ends or pauses for long without it.
+    bool waitFor(std::string_view text) {
+        pollfd source{output_, POLLIN, 0};
+        while (output.find(text) == std::string::npos && source.fd >= 0) {
+            constexpr int patience = 20'000;
+            const int ready = poll(&source, 1, patience);
+            if (ready == 0 || (ready < 0 && errno != EINTR)) return false;
+            take(source, output);
+        }
+        return source.fd >= 0;
+    }
 
     void closeOutput() { close(std::exchange(output_, -1)); }
 
@@ -107,12 +136,13 @@ TEST(Matchday, FollowsItsOwnMatchday) {
     Matchday program({"--documents", documents.path()});
     EXPECT_EQ(program.wait(), 0);
     EXPECT_THAT(program.errors, IsEmpty());
-    for (const char* expected : {"Connection: ", "Coastal League, matchday 12", "Ashcombe Rovers", "Standings",
-                                 "fixtures   for the ticker   cache asked: yes  it answered: yes",
-                                 "teams      for the details  cache asked: no   it answered: yes", "receipt P-0001",
-                                 "replaced by a newer load", "304, the kept copy", "304, nothing new",
-                                 "/v1/lineups, code 503", "/v1/report, code 9997", "Goal for ",
-                                 "13 asks of the repositories came to 10 requests, 1 of them", "requests reported"}) {
+    for (const char* expected :
+         {"Connection: ", "Coastal League, matchday 12, ", "Kick-offs in ", "in 1h ", "Ashcombe Rovers", "Standings",
+          "fixtures   for the ticker   cache asked: yes  it answered: yes",
+          "teams      for the details  cache asked: no   it answered: yes", "receipt P-0001",
+          "replaced by a newer load", "304, the kept copy", "304, nothing new", "/v1/lineups, code 503",
+          "/v1/report, code 9997", "Goal for ", "13 asks of the repositories came to 10 requests, 1 of them got a 304",
+          "You were here for 0:0", "requests reported"}) {
         EXPECT_THAT(program.output, HasSubstr(expected));
     }
     EXPECT_THAT(program.output, Not(HasSubstr("\033")));
@@ -125,7 +155,7 @@ TEST(Matchday, FollowsItsOwnMatchday) {
 TEST(Matchday, KeepsTheChoiceOfTeamsInADocument) {
     const corvane::testing::TemporaryDirectory documents;
     const std::string directory = documents.path();
-    Matchday choosing({"--documents", directory, "--team", "Kestrel Bay"});
+    Matchday choosing({"--documents", directory, "--team", "kestrel"});
     EXPECT_EQ(choosing.wait(), 0) << choosing.errors;
     Matchday next({"--documents", directory});
     EXPECT_EQ(next.wait(), 0) << next.errors;
@@ -137,6 +167,25 @@ TEST(Matchday, KeepsTheChoiceOfTeamsInADocument) {
     Matchday unable({"--documents", "/proc/nowhere", "--all-teams"});
     EXPECT_EQ(unable.wait(), 1);
     EXPECT_THAT(unable.errors, HasSubstr("cannot keep the filter: No such file or directory"));
+}
+
+TEST(Matchday, FiltersAsTheUserTypes) {
+    setenv("TERM", "xterm", 1);  // NOLINT(concurrency-mt-unsafe): no other thread runs.
+    const corvane::testing::TemporaryDirectory documents;
+    Matchday program({"--documents", documents.path(), "--all-teams", "--color", "never"}, Matchday::Output::terminal);
+    ASSERT_TRUE(program.waitFor("Kestrel Bay    –")) << program.output;
+    ASSERT_TRUE(program.waitFor("Teams: "));
+    program.type("kes");
+    ASSERT_TRUE(program.waitFor("\033[7;1H\033[K")) << "the second game's row is empty when one game is left";
+    program.type("\x7F, nobody");
+    ASSERT_TRUE(program.waitFor("no team is called 'nobody'"));
+    program.type("\x04");
+    EXPECT_EQ(program.wait(), 0) << program.errors;
+    EXPECT_LT(program.output.rfind("\033[?1049l"), program.output.find("You were here for "))
+        << "the screen is given back";
+    Matchday next({"--documents", documents.path()});
+    EXPECT_EQ(next.wait(), 0) << next.errors;
+    EXPECT_THAT(next.output, AllOf(HasSubstr("15  Kestrel Bay"), Not(HasSubstr("Port Ellery"))));
 }
 
 TEST(Matchday, ShowsColoursAndLogLinesWhenAsked) {
@@ -210,6 +259,8 @@ TEST(Matchday, SaysWhatKeptItFromADocument) {
         {{"--url", "nonsense"}, 2, "'nonsense' is not a URL"},
         {{"--url", "ftp://localhost/"}, 2, "neither an http nor an https URL"},
         {{"--url"}, 2, "--url needs a value"},
+        {{"--url", "http://localhost/", "--team", "Kes"}, 2, "go without --url"},
+        {{"--documents", "/proc/nowhere", "--team", "Nobody"}, 1, "no team is called 'Nobody'"},
         {{"--log", "loud"}, 2, "'loud' is no value of --log; choose one of debug, info, error, off"},
         {{"--unknown"}, 2, "unknown option --unknown"},
         {{"extra"}, 2, "unexpected argument 'extra'"},

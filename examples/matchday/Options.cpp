@@ -113,6 +113,9 @@ std::expected<Options, std::string> Options::parse(int argc, char** argv) {
     }
     if (!failure && optind < argc) failure = fmt::format("unexpected argument '{}'", argv[optind]);
     if (!failure && !options.caFile.empty() && !options.url) failure = "--ca-file goes with --url";
+    if (!failure && options.url && (options.teams || !options.documents.empty())) {
+        failure = "--team, --all-teams and --documents go without --url";
+    }
     if (failure) return std::unexpected(*std::move(failure));
     return options;
 }
@@ -123,13 +126,15 @@ std::string_view Options::help() noexcept {
        matchday --url URL [--ca-file FILE] [--log LEVEL] [--color WHEN]
 
 A scoreboard for the terminal. Without --url it starts a back end of its own on
-this machine, with a generated matchday, and follows the scores for a while.
+this machine, with a generated matchday, and follows the scores: on a terminal until
+you leave it with Ctrl-D, elsewhere for a moment.
 
   --url URL        download one JSON document twice, the second time with
                    If-Modified-Since, and show what came back
   --ca-file FILE   trust the certificate authorities in this PEM file
-  --team NAME      show only this team's games, now and next time; may be repeated
-  --all-teams      show all games again
+  --team NAME      show only teams with this in their name, now and next time;
+                   may be repeated
+  --all-teams      show all teams again
   --documents DIR  keep the choice of teams there instead of in the documents
                    directory of the account
   --log LEVEL      write log lines to standard error: debug, info, error, off

@@ -20,7 +20,7 @@ struct Options {
     /// The document to download; absent for the scoreboard over the generated back end.
     std::optional<corvane::URL> url;
     std::string caFile;
-    /// The teams whose games are shown, from now on; absent to leave that as it was, none for all teams.
+    /// Parts of the names of the teams to show from now on; absent to leave that as it was, none for all teams.
     std::optional<std::vector<std::string>> teams;
     /// Where the choice of teams is kept; empty for the user's documents directory.
     std::string documents;

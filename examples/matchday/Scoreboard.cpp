@@ -8,6 +8,8 @@
 #include <fmt/format.h>
 
 #include <Corvane/Dates/DateUtil.hpp>
+#include <Corvane/Dates/InstantOperations.hpp>
+#include <Corvane/Dates/TimeZoneUtil.hpp>
 #include <Corvane/Decoding/JSONUtils.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPMethods.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
@@ -122,8 +124,16 @@ Task<Scoreboard::Failure> Scoreboard::load() {
         terminal_.line(fmt::format("  Waited too long for the {}.", document));
     documents_.invalidate();
     if (!matchday_ || !standings_ || !teams_) co_return "the league's documents cannot be had";
-    printTable(fmt::format("{}, matchday {}", printable(matchday_->competition), matchday_->number),
-               book_->fixturesTable(*matchday_, {}));
+    const auto dates = corvane::DateUtil::sharedInstance();
+    const corvane::Date today = corvane::Clock::current().now();
+    const auto [dayOfWeek, date] = dates->barTitlesForDate(dates->localDateFrom(today), corvane::Locale("en_US"));
+    printTable(
+        fmt::format("{}, matchday {}, {} {}", printable(matchday_->competition), matchday_->number, dayOfWeek, date),
+        book_->fixturesTable(*matchday_, {}));
+    const std::string zone =
+        fmt::format("  Kick-offs in {} (offset {}) and in UTC.", corvane::TimeZone::current().identifier(),
+                    corvane::TimeZoneUtil::getTimeZoneOffset());
+    terminal_.line(terminal_.styled(Style::faint, zone));
     printTable("Standings", book_->standingsTable(*standings_));
     co_return std::nullopt;
 }
@@ -215,9 +225,12 @@ void Scoreboard::sumUp() {
     const std::size_t painted = live_->screen().paintedCount();
     live_.reset();
     heading("Summary");
+    const auto visit = corvane::secondsToNow(startTime_).value_or(0);
+    terminal_.line(fmt::format("  You were here for {}.",
+                               corvane::DateUtil::sharedInstance()->getDurationString(visit).value_or("a while")));
     const League::Summary summary = league_->summary();
-    terminal_.line(fmt::format("  {} asks of the repositories came to {} requests, {} of them answered with a 304.",
-                               summary.asks, summary.requests, summary.notModified));
+    terminal_.line(fmt::format("  {} asks of the repositories came to {} requests, {} of them got a 304.", summary.asks,
+                               summary.requests, summary.notModified));
     terminal_.line(fmt::format("  {} received, {} saved. {} of {} rows had changed and were painted.",
                                sizeText(summary.bytesReceived), sizeText(summary.bytesSaved), painted, assigned));
 }
@@ -292,9 +305,10 @@ void Scoreboard::printDownload(const Download& download) {
                                 : download.isKeptCopy             ? "304, the kept copy"
                                 : download.result.isNotModified() ? "304, nothing new"
                                                                   : "from the network";
+    const std::size_t room = terminal_.columns() - std::min<std::size_t>(terminal_.columns(), 47);
     const Style style = failure != nullptr ? Style::bad : isUnchanged ? Style::faint : Style::good;
     terminal_.line(fmt::format("  {:<4}  {:<26}  {:>9}  {}", download.method, download.path,
-                               durationText(download.milliseconds), terminal_.styled(style, outcome)));
+                               durationText(download.milliseconds), terminal_.styled(style, elided(outcome, room))));
 }
 
 }  // namespace matchday

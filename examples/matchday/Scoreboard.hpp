@@ -8,6 +8,7 @@
 
 #include <Corvane/Concurrency/DispatchGroupIdentifiable.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/BackgroundSessionDelegate.hpp>
+#include <Corvane/Platform/Dispatch/Clock.hpp>
 #include <Corvane/Platform/Dispatch/Task.hpp>
 
 #include "Downloads.hpp"
@@ -85,6 +86,7 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     std::string backend_;
     End onEnd_;
     std::shared_ptr<Downloads> downloads_;
+    const corvane::Date startTime_ = corvane::Clock::current().now();
     int requestCount_ = 0;
     std::shared_ptr<League> league_;
     std::shared_ptr<TeamBook> book_ = std::make_shared<TeamBook>();

@@ -5,6 +5,9 @@
 #include <fmt/format.h>
 
 #include <Corvane/Dates/DateUtil.hpp>
+#include <Corvane/Dates/InstantOperations.hpp>
+#include <Corvane/Platform/Dates/DateComponentsFormatter.hpp>
+#include <Corvane/Platform/Dates/DateFormatter.hpp>
 #include <Corvane/Platform/Text/LetterCase.hpp>
 
 namespace matchday {
@@ -14,10 +17,22 @@ std::string text(std::int64_t number) {
     return fmt::format("{}", number);
 }
 
+/// "in 1h 47m"
+std::string countdown(corvane::Date kickOff) {
+    using corvane::CalendarUnit;
+    static const corvane::DateComponentsFormatter formatter{
+        .allowedUnits = CalendarUnit::hour | CalendarUnit::minute,
+        .unitsStyle = corvane::DateComponentsFormatter::UnitsStyle::abbreviated,
+        .locale = corvane::Locale("en_US")};
+    const auto seconds = corvane::secondsToNow(kickOff);
+    const auto left = seconds && *seconds < 0 ? formatter.string(-static_cast<double>(*seconds)) : std::nullopt;
+    return left ? "in " + *left : "soon";
+}
+
 std::string statusText(const Fixture& fixture) {
     switch (fixture.status) {
         case Fixture::Status::upcoming:
-            return "";
+            return countdown(fixture.kickOff);
         case Fixture::Status::live:
             return fmt::format("{}′", fixture.minute);
         case Fixture::Status::finished:
@@ -45,27 +60,30 @@ const std::string& TeamBook::name(const TeamID& team) const {
     return found != names_.end() ? found->second : unknown;
 }
 
-bool TeamBook::showOnly(std::string_view text) {
+std::expected<void, std::string> TeamBook::showOnly(const std::vector<std::string>& texts) {
     std::vector<std::string> shown;
-    for (const auto& [id, name] : names_) {
-        if (corvane::uppercased(name).contains(corvane::uppercased(text))) shown.push_back(name);
+    for (const std::string& text : texts) {
+        const std::size_t before = shown.size();
+        for (const auto& [id, name] : names_) {
+            if (corvane::uppercased(name).contains(corvane::uppercased(text))) shown.push_back(name);
+        }
+        if (shown.size() == before) return std::unexpected(fmt::format("no team is called '{}'", printable(text)));
     }
-    if (shown.empty()) return false;
-    const bool isEverybody = shown.size() == names_.size();
-    // What cannot be kept is still shown this time.
-    static_cast<void>(keepFilter(isEverybody ? std::vector<std::string>() : shown));
-    filter_ = isEverybody ? TeamFilter(std::nullopt, std::nullopt) : TeamFilter(std::nullopt, std::move(shown));
-    return true;
+    filter_ = TeamFilter(std::nullopt, shown.empty() ? std::nullopt : std::optional(shown));
+    return keepFilter(std::move(shown));
 }
 
 Table TeamBook::fixturesTable(const Matchday& matchday, const std::set<FixtureID>& changed) const {
     using enum Table::Alignment;
-    Table table({{" ", left}, {"Kick-off", left}, {"Home", right}, {"", center}, {"Away", left}, {"", left}});
+    static const corvane::DateFormatter utc("HH:mm", corvane::Locale("en_US_POSIX"), corvane::TimeZone::utc());
+    Table table(
+        {{" ", left}, {"Kick-off", left}, {"UTC", left}, {"Home", right}, {"", center}, {"Away", left}, {"", left}});
     for (const Fixture& fixture : matchday.fixtures) {
         if (!isShown(fixture)) continue;
         const bool isLive = fixture.status == Fixture::Status::live;
         table.add({{changed.contains(fixture.id) ? "•" : "", Style::live},
-                   {corvane::DateUtil::sharedInstance()->formatTimeOnly(fixture.kickOff), Style::faint},
+                   {corvane::DateUtil::sharedInstance()->formatTimeOnly(fixture.kickOff)},
+                   {utc.string(fixture.kickOff), Style::faint},
                    {name(fixture.home)},
                    {fixture.score ? text(*fixture.score) : "–", isLive ? Style::live : Style::strong},
                    {name(fixture.away)},

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <expected>
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "LocalFiles.hpp"
@@ -26,9 +26,10 @@ class TeamBook {
 
     [[nodiscard]] bool isShown(const Fixture& fixture) const { return isShown(fixture.home) || isShown(fixture.away); }
 
-    /// Shows the teams whose names contain the text, in whatever case, now and next time. Whether there are any;
-    /// otherwise nothing changes.
-    bool showOnly(std::string_view text);
+    /// Shows the teams whose names contain one of the texts, in whatever case, now and next time; all teams for none.
+    /// A failure is the sentence to tell the user: a text that names no team changes nothing, a choice that cannot be
+    /// kept is good for this time.
+    std::expected<void, std::string> showOnly(const std::vector<std::string>& texts);
 
     /// The shown games of a matchday, those marked that have changed.
     [[nodiscard]] Table fixturesTable(const Matchday& matchday, const std::set<FixtureID>& changed) const;

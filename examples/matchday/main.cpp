@@ -21,10 +21,10 @@
 #include "Backend.hpp"
 #include "DocumentReport.hpp"
 #include "Keyboard.hpp"
-#include "LocalFiles.hpp"
 #include "Options.hpp"
 #include "Scoreboard.hpp"
 #include "SignalWatcher.hpp"
+#include "TeamBook.hpp"
 #include "Terminal.hpp"
 
 namespace matchday {
@@ -73,7 +73,7 @@ int run(const Options& options) {
     };
     if (!options.documents.empty()) corvane::FileManager::setDocumentsDirectory(options.documents);
     if (options.teams) {
-        if (const auto kept = keepFilter(*options.teams); !kept) {
+        if (const auto kept = TeamBook().showOnly(*options.teams); !kept) {
             complain(kept.error());
             return failed;
         }
