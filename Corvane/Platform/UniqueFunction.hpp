@@ -15,9 +15,10 @@ class UniqueFunction;
 /// A move-only callable that keeps targets of up to `InlineBytes` bytes inside itself and larger ones on the
 /// heap.
 ///
-/// Calling an empty one is undefined; test it with `operator bool` first. Not thread-safe: like any value,
-/// one thread at a time. It lives on hot paths (every block of every queue is one), so moving a trivially
-/// copyable target is a plain copy of bytes and there is exactly one indirect call per invocation.
+/// Calling an empty one is undefined; test it with `operator bool` first. One made from a callable that is empty
+/// itself is empty. Not thread-safe: like any value, one thread at a time. It lives on hot paths (every block of every
+/// queue is one), so moving a trivially copyable target is a plain copy of bytes and there is exactly one indirect call
+/// per invocation.
 template <class R, class... Args, std::size_t InlineBytes>
 class UniqueFunction<R(Args...), InlineBytes> {
   public:
@@ -30,8 +31,8 @@ class UniqueFunction<R(Args...), InlineBytes> {
                  std::is_invocable_r_v<R, std::decay_t<F>&, Args...>)
     UniqueFunction(F&& target) {  // NOLINT(google-explicit-constructor)
         using Target = std::decay_t<F>;
-        if constexpr (std::is_constructible_v<bool, const Target&> && std::is_pointer_v<Target>) {
-            if (target == nullptr) return;
+        if constexpr (canBeEmpty<Target>) {
+            if (!target) return;
         }
         if constexpr (sizeof(Target) <= InlineBytes && alignof(Target) <= alignof(void*) &&
                       std::is_nothrow_move_constructible_v<Target>) {
@@ -63,6 +64,11 @@ class UniqueFunction<R(Args...), InlineBytes> {
     R operator()(Args... args) { return operations_->call(storage_, std::forward<Args>(args)...); }
 
   private:
+    /// A function pointer, `std::function` and the like: not a lambda, which turns into a `bool` by way of a pointer.
+    template <class Target>
+    static constexpr bool canBeEmpty = std::is_pointer_v<Target> || (std::is_constructible_v<bool, const Target&> &&
+                                                                     !std::is_convertible_v<const Target&, bool>);
+
     struct Operations {
         R (*call)(void* storage, Args&&... args);
         /// Moves the target from `from` to `to` and ends the one at `from`; with a null `to` it only ends it.

@@ -1,4 +1,5 @@
 #include <array>
+#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -53,7 +54,7 @@ TYPED_TEST(UniqueFunctionStorage, OwnsItsTargetThroughMovesAndEndsItOnce) {
     EXPECT_EQ(living, 0);
 }
 
-TEST(UniqueFunction, MovesTrivialTargetsAndTakesNullPointersAsEmpty) {
+TEST(UniqueFunction, MovesTrivialTargetsAndTakesEmptyOnesAsEmpty) {
     int calls = 0;
     UniqueFunction<void()> first = [&calls] { ++calls; };
     UniqueFunction<void()> second = std::move(first);
@@ -62,6 +63,9 @@ TEST(UniqueFunction, MovesTrivialTargetsAndTakesNullPointersAsEmpty) {
     int (*none)() = nullptr;
     EXPECT_FALSE(UniqueFunction<int()>(none));
     EXPECT_FALSE(UniqueFunction<int()>());
+    EXPECT_FALSE(UniqueFunction<int()>(std::function<int()>()));
+    EXPECT_FALSE((UniqueFunction<int(), 64>(UniqueFunction<int()>())));
+    EXPECT_TRUE(UniqueFunction<int()>([] { return 1; }));
 }
 
 }  // namespace
