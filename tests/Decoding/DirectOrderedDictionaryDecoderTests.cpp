@@ -166,6 +166,36 @@ TEST(DirectOrderedDictionaryDecoder, PassesOnWhatTheContainersSay) {
               "The JSON text holds a number that is malformed or too large. (byte 18)");
 }
 
+/// Has others of its kind inside.
+struct Branch {
+    std::size_t inside = 0;
+
+    static std::expected<Branch, DecodingError> decode(const Decoder& decoder) {
+        const auto members = decoder.container();
+        if (!members) return std::unexpected(members.error());
+        const auto branches = DirectOrderedDictionaryDecoder::decodeIfPresent<std::string, Branch>(*members, "m");
+        if (!branches) return std::unexpected(branches.error());
+        Branch branch;
+        if (!*branches) return branch;
+        for (const auto& [name, inner] : **branches)
+            branch.inside += 1 + inner.inside;
+        return branch;
+    }
+};
+
+TEST(DirectOrderedDictionaryDecoder, ReadsOftenInsideEachOtherInLittleTime) {
+    // Time that doubles with each would not end.
+    constexpr int levels = 200;
+    const auto read = [](std::string document, std::string_view after) {
+        for (int level = 0; level < levels; ++level)
+            document = fmt::format(R"({{"m":{{"x":{}{}}}}})", document, after);
+        return JSONDecoder().decode<Branch>(document);
+    };
+    EXPECT_EQ(read("{}", "")->inside, levels);
+    EXPECT_EQ(read("{}", R"(,"y":{},"y":{})")->inside, 2 * levels);
+    EXPECT_TRUE(read("1", "").error().isTypeMismatch());
+}
+
 TEST(DirectOrderedDictionaryDecoder, ReadsInsideEachOther) {
     using Inner = Payload<std::string, int>;
 

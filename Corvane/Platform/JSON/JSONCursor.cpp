@@ -326,11 +326,18 @@ bool JSONCursor::readArray(void* list, ReadElement element, const CodingStep* pa
 }
 
 bool JSONCursor::readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path) {
+    // A failure makes all the attempts around it fail, and each then reads again what is inside it: there may only be
+    // few of them, and none after the first failure.
+    constexpr unsigned mostAttempts = 4;
+    if (hasFailedAttempt_ || attempts_ == mostAttempts) return false;
+    ++attempts_;
     const bool wasExact = std::exchange(exact_, false);
     const std::size_t depth = depth_;
     const bool isRead = readDictionary(dictionary, entry, path);
     exact_ = wasExact;
     depth_ = depth;
+    --attempts_;
+    hasFailedAttempt_ |= !isRead;
     return isRead;
 }
 

@@ -123,7 +123,8 @@ class CORVANE_EXPORT JSONCursor {
     /// Calls `entry` for each member with the cursor at its value.
     bool readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path);
 
-    /// The same, but in good faith: a failure has no reason yet, and only means that an exact look is needed.
+    /// The same, but in good faith: a failure has no reason yet, and only means that an exact look is needed. Not even
+    /// tried where trying has not been worth it.
     bool readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path);
 
     /// Whether a failure now has to have its reason, and repeated keys have been sorted out.
@@ -218,6 +219,9 @@ class CORVANE_EXPORT JSONCursor {
     std::uint32_t tokenCount_;
     std::uint32_t at_ = 0;
     bool exact_ = false;
+    /// In good faith, inside each other.
+    unsigned attempts_ = 0;
+    bool hasFailedAttempt_ = false;
     std::size_t depth_ = 0;
     JSONStructure& structure_;
     std::string scratch_;
