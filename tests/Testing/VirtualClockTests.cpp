@@ -1,11 +1,9 @@
 #include <atomic>
 #include <future>
-#include <memory>
 #include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>

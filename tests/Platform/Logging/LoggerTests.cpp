@@ -54,19 +54,12 @@ TEST(Logger, SharesItsChannelWithAllOfItsName) {
     EXPECT_FALSE(early.isEnabled(LogLevel::error));
 }
 
-TEST(Logger, PassesOnWhatItWasGiven) {
+TEST(Logger, FormatsLinesOfAnyLength) {
     testing::LogRecorder log;
     const std::string text(10 * usualLogLine, 'x');
-    const auto here = std::source_location::current();
-    logFormatted(Logger("subsystem", "category"), LogLevel::info, here, FMT_COMPILE("{}: {:.2f}s"), text, 0.5);
-    const auto entry = log.entries().at(0);
-    EXPECT_EQ(entry.message, text + ": 0.50s");
-    EXPECT_EQ(entry.subsystem, "subsystem");
-    EXPECT_EQ(entry.category, "category");
-    EXPECT_EQ(entry.origin.line, here.line());
-    EXPECT_EQ(entry.thread, std::this_thread::get_id());
-    EXPECT_TRUE(entry.isMainThread);
-    EXPECT_GT(entry.time.time_since_epoch().count(), 0);
+    logFormatted(Logger("tests", "long"), LogLevel::info, std::source_location::current(), FMT_COMPILE("{}: {:.2f}s"),
+                 text, 0.5);
+    EXPECT_EQ(log.messages().at(0), text + ": 0.50s");
 }
 
 TEST(Logging, GivesBackTheFormerSinkAndLetsItGo) {
