@@ -1,6 +1,5 @@
 #include <chrono>
 #include <cmath>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -13,8 +12,6 @@
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
-
-#include "tests/Support/CountingBackgroundTaskHost.hpp"
 
 namespace corvane {
 namespace {
@@ -90,23 +87,6 @@ TEST(BackgroundTaskRegister, ExpiresAtOnceWhenThereIsNoTime) {
         EXPECT_FALSE(tasks.waitForRunning(seconds));
     }
     EXPECT_EQ(calls, 3);
-}
-
-TEST(BackgroundTasks, GoesToTheHostTheApplicationHasSet) {
-    const auto host = std::make_shared<CountingBackgroundTaskHost>();
-    host->isRefusing = true;
-    BackgroundTasks::setHost(host);
-    EXPECT_EQ(BackgroundTasks::begin("own", nullptr), BackgroundTasks::invalid);
-    EXPECT_FALSE(BackgroundTasks::end(42));
-    BackgroundTasks::setHost(nullptr);
-    EXPECT_EQ(host.use_count(), 1);
-    EXPECT_EQ(host->begun, Names{"own"});
-    EXPECT_EQ(host->ended, std::vector<BackgroundTasks::Identifier>{42});
-
-    const auto task = BackgroundTasks::begin("standard", nullptr);
-    EXPECT_EQ(BackgroundTasks::standardRegister().runningNames(), Names{"standard"});
-    DispatchQueue::main().async([task] { EXPECT_TRUE(BackgroundTasks::end(task)); });
-    EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
 }
 
 TEST(BackgroundTaskRegister, ServesManyThreadsAtOnce) {

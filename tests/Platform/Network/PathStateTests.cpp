@@ -110,15 +110,6 @@ TEST(PathState, BecomesFlags) {
     }
 }
 
-TEST(PathState, IsReadFromTheKernelsBytes) {
-    EXPECT_EQ(routeOf(gateway6), (RouteState{1, true, 3, SocketAddress::parse("2001:db8::1")}));
-    EXPECT_EQ(routeOf(direct4), (RouteState{1, false, 3, SocketAddress::parse("10.0.0.1")}));
-    const auto state = parseLink(link(running));
-    EXPECT_EQ(state, (LinkState{0x11043, "ve0", "veth", ""}));
-    EXPECT_EQ(parseDeviceType("INTERFACE=wwan0\nDEVTYPE=wwan\nIFINDEX=7\n"), "wwan");
-    EXPECT_EQ(parseDeviceType("INTERFACE=eth0\nIFINDEX=2"), "");
-}
-
 /// A datagram of one message.
 std::vector<std::byte> datagram(std::string_view type, const std::vector<std::byte>& payload) {
     const auto length = static_cast<std::uint8_t>(16 + payload.size());
