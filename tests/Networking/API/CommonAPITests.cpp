@@ -5,7 +5,6 @@
 #include <utility>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCacheProvider.hpp>
 #include <Corvane/Networking/API/CommonAPI.hpp>
