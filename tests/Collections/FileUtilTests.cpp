@@ -4,7 +4,6 @@
 #include <string>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Collections/FileUtil.hpp>
 #include <Corvane/Platform/Files/Bundle.hpp>

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/CommandWith.hpp>
 #include <Corvane/Testing/LogRecorder.hpp>

@@ -4,11 +4,9 @@
 #include <string>
 #include <string_view>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/ConvenientDispatch.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>

@@ -2,7 +2,6 @@
 #include <string>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/EventDebouncer.hpp>
 #include <Corvane/Concurrency/EventThrottler.hpp>

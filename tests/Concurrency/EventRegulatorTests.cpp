@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Concurrency/PreConcurrencyEventDebouncer.hpp>
 #include <Corvane/Concurrency/PreConcurrencyEventThrottler.hpp>

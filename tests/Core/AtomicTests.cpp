@@ -17,9 +17,7 @@ TEST(Atomic, ReadsWritesAndChangesItsValue) {
     EXPECT_EQ(text.projectedValue().wrappedValue(), "d");
 
     Atomic<int> number(1);
-    EXPECT_EQ(++number, 2);
-    EXPECT_EQ(number -= 3, -1);
-    EXPECT_EQ(--number, -2);
+    EXPECT_EQ(number -= 3, -2);
     EXPECT_THROW(number.mutate([](int&) { throw 1; }), int);
     EXPECT_EQ(++number, -1) << "the lock was released";
     static_assert(sizeof(number) == 2 * sizeof(int), "the lock is one word");

@@ -29,15 +29,6 @@ std::uint64_t seededHash(const SourceFileContext& context, std::uint64_t seed) {
 
 }  // namespace
 
-TEST(SourceFileContext, IsThePlaceOfTheOutermostCall) {
-    const SourceFileContext context = outer();
-    EXPECT_EQ(context.line(), __LINE__ - 1);
-    EXPECT_EQ(context.file(), __FILE__);
-    EXPECT_EQ(context.fileName(), "SourceFileContextTests.cpp");
-    EXPECT_EQ(context.function(), "TestBody()");
-    EXPECT_EQ(context.origin().line, context.line());
-}
-
 TEST(SourceFileContext, PrintsGivenTextsAsTheyStand) {
     const struct {
         SourceFileContext context;

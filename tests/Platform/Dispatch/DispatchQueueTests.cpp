@@ -6,12 +6,10 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <string>
 #include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>

@@ -1,14 +1,11 @@
 #include <poll.h>
 
-#include <atomic>
-#include <future>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Timer.hpp>

@@ -5,11 +5,9 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/Actor.hpp>
 #include <Corvane/Platform/Dispatch/CancellationError.hpp>

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
 #include <Corvane/Platform/Dispatch/Timer.hpp>

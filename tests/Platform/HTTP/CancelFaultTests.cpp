@@ -1,4 +1,3 @@
-#include <functional>
 #include <thread>
 
 #include <Corvane/Testing/VirtualClock.hpp>

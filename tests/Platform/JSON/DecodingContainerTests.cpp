@@ -1,6 +1,4 @@
-#include <chrono>
 #include <expected>
-#include <map>
 #include <optional>
 #include <ranges>
 #include <string>

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <limits>
 #include <map>
 #include <optional>
 #include <string>
@@ -8,7 +7,6 @@
 #include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Core/CustomTypes/TaggedType/CacheIdentifiable.hpp>
 #include <Corvane/Core/CustomTypes/TaggedType/NameTags.hpp>
