@@ -14,7 +14,8 @@ namespace corvane {
 
 /// A debouncer for tasks: a task submits itself, and goes on when it is known whether its turn has come.
 ///
-///     if (co_await filter->debounce()) show(co_await search(text));
+///     const bool isOurTurn = co_await filter->debounce();  // as a bare condition it would crash with GCC 12
+///     if (isOurTurn) show(co_await search(text));
 ///
 /// For any thread; what counts is the order in which the submissions get to the main thread. Every submission completes
 /// exactly once, also when the debouncer has ended meanwhile: what waits then still fires, so the tasks that the

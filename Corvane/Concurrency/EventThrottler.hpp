@@ -14,7 +14,8 @@ namespace corvane {
 
 /// A throttler for tasks: a task submits itself, and goes on when it is known whether its turn has come.
 ///
-///     if (co_await redraws->throttle()) co_await redraw();
+///     const bool isOurTurn = co_await redraws->throttle();  // as a bare condition it would crash with GCC 12
+///     if (isOurTurn) co_await redraw();
 ///
 /// For any thread; what counts is the order in which the submissions get to the main thread. Every submission completes
 /// exactly once, also when the throttler has ended meanwhile: what waits then still fires, so the tasks that the
