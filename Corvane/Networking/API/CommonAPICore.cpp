@@ -17,7 +17,8 @@ auto CommonAPICore::load(std::shared_ptr<CommonAPICore> self, Decode decode) -> 
     while (true) {
         auto outcome = co_await self->loadOnce(decode);
         if (outcome || !outcome.error().isServerFault() || !self->autoRetry_) co_return outcome;
-        if (co_await self->autoRetry_->start() == TYAutoRetryResult::stop) {
+        const TYAutoRetryResult decision = co_await self->autoRetry_->start();
+        if (decision == TYAutoRetryResult::stop) {
             self->autoRetry_->clear();
             co_return outcome;
         }
@@ -30,9 +31,8 @@ auto CommonAPICore::loadOnce(Decode& decode) -> Task<Outcome> {
 
     std::optional<std::string> ifModifiedSince;
     if (apiCache_) {
-        if (auto cached = co_await apiCache_->data(url->absoluteString())) {
-            ifModifiedSince = std::move(cached->lastModified);
-        }
+        auto cached = co_await apiCache_->data(url->absoluteString());
+        if (cached) ifModifiedSince = std::move(cached->lastModified);
     }
     auto response = co_await apiRemote_->performRequest(*url, std::move(ifModifiedSince), std::string(HTTPMethods::get),
                                                         std::nullopt);

@@ -54,7 +54,7 @@ class CORVANE_EXPORT CurrentTask {
 /// the task that awaits it. References and pointers among the parameters, `this` and a lambda's captures included, must
 /// live until the task has ended; `spawn`, `on` and `runBlocking` take a callable and keep it that long.
 ///
-/// Use one from one thread at a time.
+/// Use one from one thread at a time. GCC 12 miscompiles `co_await` in a condition and in `?:`: name its value first.
 template <class T>
 class [[nodiscard]] Task : public CurrentTask {
   public:

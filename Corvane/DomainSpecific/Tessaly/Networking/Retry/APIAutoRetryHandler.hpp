@@ -12,7 +12,7 @@ namespace corvane {
 /// Allows so many retries, over its whole life, each after some seconds of waiting.
 ///
 ///     auto autoRetry = APIAutoRetryHandler::make(3, 2.0);
-///     if (co_await autoRetry->start() == TYAutoRetryResult::retry) ...
+///     const TYAutoRetryResult decision = co_await autoRetry->start();
 ///
 /// All operations may be called on any thread.
 class CORVANE_EXPORT APIAutoRetryHandler final : public APIAutoRetry,
