@@ -8,11 +8,15 @@
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <Corvane/Networking/API/Reachability.hpp>
+#include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Testing/LogRecorder.hpp>
 #include <Corvane/Testing/ScriptedPath.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
+
+#include "tests/Support/NetworkNamespace.hpp"
 
 namespace corvane {
 namespace {
@@ -279,6 +283,30 @@ TEST(KernelReachability, LeaksNoDescriptor) {
         if (i == 0) before = openDescriptors();
     }
     EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(KernelReachability, FollowsTheNetwork) {
+    if (!NetworkNamespace::enter()) return;
+    NetworkNamespace::ip("link set lo up");
+    NetworkNamespace::ip("link add ve0 type veth peer name ve1");
+    NetworkNamespace::ip("addr add 10.0.0.1/24 dev ve0");
+    NetworkNamespace::ip("link set ve0 up");
+    NetworkNamespace::ip("link set ve1 up");
+    const auto reachability = Reachability::make().value();
+    std::vector<std::string> heard;
+    const auto note = [&](Reachability& now) {
+        heard.emplace_back(now.currentReachabilityString());
+        RunLoop::main().stop();
+    };
+    reachability->setWhenReachable(note);
+    reachability->setWhenUnreachable(note);
+    ASSERT_TRUE(reachability->startNotifier());
+    RunLoop::main().run();
+    for (const char* const change : {"route add default via 10.0.0.2", "link set ve1 down", "link set ve1 up"}) {
+        NetworkNamespace::ip(change);
+        RunLoop::main().run();
+    }
+    EXPECT_THAT(heard, ElementsAre("No Connection", "WiFi", "No Connection", "WiFi"));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <Corvane/DomainSpecific/Tessaly/Networking/Cache/APIDataCache.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/Cache/DataCache.hpp>
 #include <Corvane/Platform/Files/FileManager.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
@@ -30,6 +31,17 @@ TEST(DataCache, ReplacesRecordsAndWritesThemAsJSON) {
     const auto json = JSONEncoder().encode(cache->cache());
     EXPECT_EQ(json->text(), R"({"a":{"data":"bmV3","date":1710504000.0}})");
     EXPECT_EQ(JSONDecoder().decode<DataCache::Records>(*json), cache->cache());
+}
+
+TEST(APIDataCache, StaysForeverWithATimeToLiveAndGoesAtOnceWithout) {
+    const auto stamped = [](double seen) {
+        return APIDataCache::stamped(Data("{}"), "then", SecondsSince1970(7), noon, noon + Date::duration(seen));
+    };
+    EXPECT_LT(stamped(1e-6).lastUpdate, 0) << "an interval, not a time";
+    for (const double timeToLive : {30.0, 1e-4, 1e300, 0.0, -1.0, -1e300}) {
+        EXPECT_EQ(stamped(0).survivesCleanup(timeToLive), timeToLive > 0) << timeToLive;
+        EXPECT_EQ(stamped(1e-6).survivesCleanup(timeToLive), timeToLive > 0) << timeToLive;
+    }
 }
 
 }  // namespace corvane
