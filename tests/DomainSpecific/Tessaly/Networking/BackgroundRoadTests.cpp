@@ -1,8 +1,4 @@
-#include <memory>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -20,10 +16,29 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::LoopbackFault;
 using testing::LoopbackResponse;
-using testing::LoopbackServer;
 
-class Listener : public BackgroundSessionDelegate {
-  public:
+class BackgroundRoad : public ::testing::Test, public BackgroundSessionDelegate {
+  protected:
+    BackgroundRoad() {
+        BackgroundTasks::setHost(host);
+        server.route("GET", "/", LoopbackResponse::json("{}"));
+    }
+
+    ~BackgroundRoad() override { BackgroundTasks::setHost(nullptr); }
+
+    void start() {
+        manager = SimpleHttpManager::make();
+        manager->setDelegate(listener);
+        manager->startBackgroundTask(URLRequest(*URL::parse(server.url("/"))), "statistics");
+    }
+
+    /// Lets the manager go and runs the main loop until nothing holds it any more: the session has told everything.
+    void finish() {
+        const std::weak_ptr<SimpleHttpManager> weak = std::exchange(manager, nullptr);
+        while (!weak.expired())
+            RunLoop::main().runOnce();
+    }
+
     void backgroundTaskDidLoad(URLSessionDataTask& task, const JSONDictionary& json) override {
         note(task, JSONValue(json).description());
     }
@@ -32,6 +47,10 @@ class Listener : public BackgroundSessionDelegate {
         note(task, error.domain() + " " + std::to_string(error.code()));
     }
 
+    testing::LoopbackServer server;
+    std::shared_ptr<CountingBackgroundTaskHost> host = std::make_shared<CountingBackgroundTaskHost>();
+    std::shared_ptr<SimpleHttpManager> manager;
+    std::shared_ptr<BackgroundSessionDelegate> listener{this, [](auto*) {}};
     std::vector<std::string> events;
 
   private:
@@ -42,37 +61,8 @@ class Listener : public BackgroundSessionDelegate {
     }
 };
 
-class BackgroundRoad : public ::testing::Test {
-  protected:
-    BackgroundRoad() {
-        BackgroundTasks::setHost(host);
-        manager->setDelegate(listener);
-    }
-
-    ~BackgroundRoad() override { BackgroundTasks::setHost(nullptr); }
-
-    void start() { manager->startBackgroundTask(URLRequest(*URL::parse(server.url("/"))), "statistics"); }
-
-    /// Lets the manager go and runs the main loop until nothing holds it any more: the session has told everything.
-    void finish() {
-        const std::weak_ptr<SimpleHttpManager> weak = std::exchange(manager, nullptr);
-        while (!weak.expired())
-            RunLoop::main().runOnce();
-    }
-
-    LoopbackServer server;
-    std::shared_ptr<CountingBackgroundTaskHost> host = std::make_shared<CountingBackgroundTaskHost>();
-    std::shared_ptr<Listener> listener = std::make_shared<Listener>();
-    std::shared_ptr<SimpleHttpManager> manager = SimpleHttpManager::make();
-};
-
 TEST_F(BackgroundRoad, ReportsAJSONObjectAndEndsItsProtectionOnce) {
-    struct Row {
-        LoopbackResponse response;
-        std::vector<std::string> events;
-    };
-
-    const Row rows[] = {
+    const std::pair<LoopbackResponse, std::vector<std::string>> rows[] = {
         {LoopbackResponse::json(R"({"b":1,"a":[2]})"), {R"(statistics: {"b":1,"a":[2]})"}},
         {LoopbackResponse::json("[1]"), {"statistics: Invalid response format 999999"}},
         {LoopbackResponse::json("{\"a\":"), {"statistics: Invalid response format 999999"}},
@@ -80,21 +70,15 @@ TEST_F(BackgroundRoad, ReportsAJSONObjectAndEndsItsProtectionOnce) {
         {LoopbackResponse{.status = 204}, {}},
         {LoopbackResponse::json("{}").with(LoopbackFault::resetInsideBody), {"statistics: URLErrorDomain -1005"}},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.response.body);
-        server.route("GET", "/", row.response);
+    for (const auto& [response, expected] : rows) {
+        SCOPED_TRACE(response.body);
+        server.route("GET", "/", response);
         start();
         EXPECT_EQ(manager->backgroundTaskIdForTask().size(), 1U);
         finish();
-        EXPECT_EQ(listener->events, row.events);
-        EXPECT_THAT(host->begun, ElementsAre("FinishNetworkTasks"));
-        EXPECT_THAT(host->ended, ElementsAre(41U));
-
-        listener->events.clear();
-        host->begun.clear();
-        host->ended.clear();
-        manager = SimpleHttpManager::make();
-        manager->setDelegate(listener);
+        EXPECT_EQ(std::exchange(events, {}), expected);
+        EXPECT_THAT(std::exchange(host->begun, {}), ElementsAre("FinishNetworkTasks"));
+        EXPECT_THAT(std::exchange(host->ended, {}), ElementsAre(41U));
     }
 }
 
@@ -109,44 +93,36 @@ TEST_F(BackgroundRoad, GivesItsProtectionUpWhenThePlatformRunsOutOfPatience) {
 
     exchange->respond(LoopbackResponse::json("{}"));
     finish();
-    EXPECT_THAT(listener->events, ElementsAre("statistics: {}")) << "the request itself goes on";
+    EXPECT_THAT(events, ElementsAre("statistics: {}")) << "the request itself goes on";
     host->expire();
     EXPECT_THAT(host->ended, ElementsAre(41U));
 }
 
 TEST_F(BackgroundRoad, GoesOnWithoutAProtectionThatIsRefusedOrRunsOutWhileItBegins) {
-    using Identifiers = std::vector<BackgroundTaskHost::Identifier>;
-    server.route("GET", "/", LoopbackResponse::json("{}"));
     for (const bool isRefusing : {true, false}) {
         host->isRefusing = isRefusing;
         host->isImpatient = !isRefusing;
         start();
         EXPECT_THAT(manager->backgroundTaskIdForTask(), IsEmpty());
-        const Identifiers ended = isRefusing ? Identifiers{} : Identifiers{42};
-        EXPECT_EQ(host->ended, ended);
         finish();
-        EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
-        EXPECT_EQ(host->ended, ended);
-        listener->events.clear();
-        manager = SimpleHttpManager::make();
-        manager->setDelegate(listener);
+        EXPECT_THAT(std::exchange(events, {}), ElementsAre("statistics: {}"));
+        EXPECT_EQ(host->ended, std::vector<BackgroundTaskHost::Identifier>(isRefusing ? 0 : 1, 42));
     }
 }
 
 TEST_F(BackgroundRoad, IsWaitedForWhenItWasTakenOnAnotherThreadJustBeforeTheExit) {
     BackgroundTasks::setHost(nullptr);
-    server.route("GET", "/", LoopbackResponse::json("{}"));
     std::jthread([this] { start(); }).join();
     EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
-    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
+    EXPECT_THAT(events, ElementsAre("statistics: {}"));
 }
 
 TEST_F(BackgroundRoad, DoesNotKeepItsListener) {
-    server.route("GET", "/", LoopbackResponse::json("{}"));
     start();
     listener.reset();
     EXPECT_EQ(manager->delegate(), nullptr);
     finish();
+    EXPECT_THAT(events, IsEmpty());
     EXPECT_THAT(host->ended, ElementsAre(41U));
 }
 

@@ -1,89 +1,56 @@
-#include <future>
-#include <optional>
-#include <utility>
-#include <vector>
-
-#include <gmock/gmock.h>
-
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
-#include <Corvane/Platform/Dispatch/RunLoop.hpp>
-#include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Platform/HTTP/URLError.hpp>
-#include <Corvane/Testing/LoopbackServer.hpp>
+
+#include "Data/Download/DownloadTest.hpp"
 
 namespace corvane {
 namespace {
 
-using ::testing::ElementsAre;
-using testing::LoopbackResponse;
-using testing::LoopbackServer;
+class SimpleHttpManagerTest : public ::testing::Test {
+  protected:
+    SimpleHttpManagerTest() { server.route("GET", "/", LoopbackResponse::json("{}").with("Set-Cookie", "visitor=7")); }
 
-void send(SimpleHttpManager& manager, SimpleHttpRequest::Fields fields) {
-    std::promise<void> promise;
-    manager.request(SimpleHttpRequest::make(std::move(fields)),
-                    [&](const SimpleHttpResponse&) { promise.set_value(); });
-    promise.get_future().wait();
-}
+    const std::shared_ptr<SimpleHttpManager> manager = SimpleHttpManager::make();
+    Arrivals<SimpleHttpResponse> responses;
+    testing::LoopbackServer server;
+    const std::optional<URL> url = URL::parse(server.url("/"));
+};
 
-TEST(SimpleHttpManager, NamesItsTwoSessions) {
+TEST_F(SimpleHttpManagerTest, KeepsCookiesOfItsTwoSessionsApart) {
+    std::vector<std::string_view> cookies;
+    for (const bool isEphemeral : {false, true, true, false}) {
+        manager->request(SimpleHttpRequest::make({.isEphemeral = isEphemeral, .url = url}), responses.callback());
+        responses.wait(cookies.size() + 1);
+        cookies.push_back(server.requests().back().header("Cookie").value_or("none"));
+    }
+    EXPECT_THAT(cookies, ::testing::ElementsAre("none", "none", "none", "visitor=7"));
+
     const auto& shared = SimpleHttpManager::sharedInstance();
     EXPECT_EQ(shared, SimpleHttpManager::sharedInstance());
     EXPECT_EQ(shared->session()->sessionDescription(), "SimpleHttpManager (Corvan)");
     EXPECT_EQ(shared->ephemeralSession()->sessionDescription(), "SimpleHttpManager (Corvan) \xE2\x80\x94 Ephemeral");
 }
 
-TEST(SimpleHttpManager, KeepsCookiesOfTheTwoSessionsApart) {
-    LoopbackServer server;
-    server.route("GET", "/", LoopbackResponse::json("{}").with("Set-Cookie", "visitor=7"));
-    const auto manager = SimpleHttpManager::make();
-    const auto url = URL::parse(server.url("/"));
-    for (const bool isEphemeral : {false, true, true, false})
-        send(*manager, {.isEphemeral = isEphemeral, .url = url});
-    std::vector<std::optional<std::string_view>> cookies;
-    const auto requests = server.requests();
-    for (const auto& request : requests)
-        cookies.push_back(request.header("Cookie"));
-    EXPECT_THAT(cookies, ElementsAre(std::nullopt, std::nullopt, std::nullopt, "visitor=7"));
-}
-
-TEST(SimpleHttpManager, RefusesARequestWithoutURLAtOnce) {
-    const auto manager = SimpleHttpManager::make();
-    const auto& invalidUrl = SimpleHttpResponse::Errors::invalidUrl();
-    bool hasCalledBack = false;
+TEST_F(SimpleHttpManagerTest, RefusesARequestWithoutURLAtOnce) {
+    std::optional<AnyError> error;
     manager->request(SimpleHttpRequest::make({}), [&](const SimpleHttpResponse& response) {
-        hasCalledBack = true;
-        ASSERT_TRUE(response.error());
-        EXPECT_EQ(response.error()->as<PlatformError>(), invalidUrl.as<PlatformError>());
+        error = response.error();
         EXPECT_FALSE(response.data() || response.lastModified() || response.statusCode() || response.isNotModified());
     });
-    EXPECT_TRUE(hasCalledBack);
-
+    ASSERT_TRUE(error) << "before request returned";
     const auto task = manager->createTask(SimpleHttpRequest::make({}), [](const SimpleHttpResponse&) { FAIL(); });
-    ASSERT_FALSE(task);
-    EXPECT_EQ(task.error().domain(), "Invalid URL");
-    EXPECT_EQ(task.error().code(), 999);
+    for (const AnyError& each : {*error, task.error()})
+        EXPECT_EQ(*each.as<PlatformError>(), PlatformError("Invalid URL", 999));
 }
 
-TEST(SimpleHttpManager, MakesTasksThatWaitToBeResumed) {
-    LoopbackServer server;
-    server.route("GET", "/", LoopbackResponse::json("{}"));
-    std::promise<std::optional<PlatformError>> promise;
-    auto future = promise.get_future();
-    const auto task = SimpleHttpManager::make()->createTask(
-        SimpleHttpRequest::make({.url = URL::parse(server.url("/"))}), [&](const SimpleHttpResponse& response) {
-            promise.set_value(response.error() ? std::optional(*response.error()->as<PlatformError>()) : std::nullopt);
-        });
-    ASSERT_TRUE(task);
-    EXPECT_EQ((*task)->state(), URLSessionTaskState::suspended);
+TEST_F(SimpleHttpManagerTest, MakesTasksThatWaitAndForgetsPlainRequests) {
+    const auto task = manager->createTask(SimpleHttpRequest::make({.url = url}), responses.callback());
+    EXPECT_EQ(task.value()->state(), URLSessionTaskState::suspended);
     (*task)->cancel();
-    EXPECT_EQ(future.get(), makeURLError(URLError::cancelled));
+    EXPECT_EQ(responses.wait().first.error()->code(), -999);
     EXPECT_EQ(server.requestCount(), 0U);
-}
 
-TEST(SimpleHttpManager, ForgetsPlainRequests) {
-    LoopbackServer server;
-    server.route("GET", "/ping", LoopbackResponse::json("{}"));
-    SimpleHttpManager::make()->request(URLRequest(*URL::parse(server.url("/ping"))));
+    SimpleHttpManager::make()->request(URLRequest(*url));
     EXPECT_TRUE(server.waitForRequests(1)) << "the request outlives the manager";
 }
 

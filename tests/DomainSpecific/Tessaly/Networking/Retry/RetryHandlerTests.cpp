@@ -1,86 +1,53 @@
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/Retry/RetryHandler.hpp>
-#include <Corvane/Testing/VirtualClock.hpp>
+
+#include "tests/Support/Timeline.hpp"
 
 namespace corvane {
 
-class RetryHandlerTest : public ::testing::Test {
-  protected:
-    void start(std::int64_t maximum, double interval) {
-        handler = RetryHandler::make(maximum, interval);
-        handler->start([this] { events += 'r'; }, [this] { events += 'm'; });
+/// In a script 's' starts the handler with both callbacks, 'R' and 'M' with another one of the two, 'X' with one that
+/// lets it go, and "N" with none; 'e' records an error; 'o' stops, 'z' resets and 'x' ends it. Small letters come of
+/// the callbacks.
+TEST(RetryHandler, RetriesUpToItsMaximum) {
+    const struct {
+        std::int64_t maximum;
+        double interval;
+        const char* script;
+        const char* outcome;
+    } rows[] = {
+        {1, 0, "see", "rm"},
+        {3, 0, "seeeee", "rrrm"},
+        {0, 0, "see", "rm"},
+        {-2, 0, "see", "rm"},
+        {2, 0, "eNe", ""},
+        {1, -1, "se.", ".rm"},
+        {2, 2, "se.e..e..e..", "..r...rm.."},
+        {2, 2, "sNe..e..", "..r..rm"},
+        {2, 2, "seo...Re..", ".....q"},
+        {2, 2, "se..ez...e..e..", "..r.....r..rm"},
+        {2, 2, "sRMe..e..", "..q..qn"},
+        {1, 2, "sXe..", "..m"},
+        {3, 2, "sex...", "..."},
+    };
+
+    for (const auto& [maximum, interval, script, outcome] : rows) {
+        Timeline timeline;
+        auto handler = RetryHandler::make(maximum, interval);
+        const auto note = [&](char letter) { return [&timeline, letter] { timeline.outcome += letter; }; };
+        EXPECT_EQ(timeline.play(script, 1,
+                                {{'s', [&] { handler->start(note('r'), note('m')); }},
+                                 {'R', [&] { handler->start(note('q')); }},
+                                 {'M', [&] { handler->start(nullptr, note('n')); }},
+                                 {'X', [&] { handler->start([&] { handler.reset(); }); }},
+                                 {'N', [&] { handler->start(); }},
+                                 {'e', [&] { handler->recordError(); }},
+                                 {'o', [&] { handler->stop(); }},
+                                 {'z', [&] { handler->reset(); }},
+                                 {'x', [&] { handler.reset(); }}}),
+                  outcome)
+            << script;
     }
-
-    void recordAndWait() {
-        handler->recordError();
-        clock.advance(5);
-    }
-
-    testing::VirtualClock clock;
-    std::shared_ptr<RetryHandler> handler;
-    std::string events;
-};
-
-TEST_F(RetryHandlerTest, RetriesAtOnceUpToItsMaximum) {
-    const std::pair<std::int64_t, std::string> rows[] = {{1, "rm"}, {3, "rrrm"}, {0, "rm"}, {-2, "rm"}};
-    for (const auto& [maximum, expected] : rows) {
-        events.clear();
-        start(maximum, 0);
-        for (int i = 0; i < 5; ++i)
-            handler->recordError();
-        EXPECT_EQ(events, expected) << maximum;
-        EXPECT_FALSE(handler->isStarted());
-    }
-}
-
-TEST_F(RetryHandlerTest, PostponesARetryAndOverlooksErrorsMeanwhile) {
-    start(2, 5);
-    handler->recordError();
-    clock.advance(4);
-    handler->recordError();
-    EXPECT_TRUE(handler->isPostponedRetryScheduled() && events.empty());
-    clock.advance(1);
-    EXPECT_EQ(events, "r");
-    recordAndWait();
-    EXPECT_EQ(events, "rrm");
-    start(1, -1);
-    handler->recordError();
-    EXPECT_EQ(events, "rrm") << "postponed, too";
-    clock.advance(0.001);
-    EXPECT_EQ(events, "rrmrm");
-}
-
-TEST_F(RetryHandlerTest, StopsAndCountsAnew) {
-    handler = RetryHandler::make(2, 5);
-    recordAndWait();
-    handler->start([this] { events += 'r'; });
-    handler->start(nullptr, [this] { events += 'm'; });
-    recordAndWait();
-    handler->recordError();
-    handler->stop();
-    clock.advance(60);
-    EXPECT_EQ(events, "r");
-    handler->start([this] { events += 'n'; });
-    handler->recordError();
-    handler->reset();
-    clock.advance(60);
-    EXPECT_EQ(events, "r");
-    for (int i = 0; i < 3; ++i)
-        recordAndWait();
-    EXPECT_EQ(events, "rnnm") << "counted from zero, one callback replaced, the other kept";
-}
-
-TEST_F(RetryHandlerTest, MayEndInItsCallbacksAndWhilePostponed) {
-    handler = RetryHandler::make(1, 5);
-    handler->start([this] { handler.reset(); }, [this] { events += 'm'; });
-    recordAndWait();
-    EXPECT_EQ(events, "m");
-    start(3, 5);
-    handler->recordError();
-    handler.reset();
-    clock.advance(60);
-    EXPECT_EQ(events, "m");
 }
 
 }  // namespace corvane

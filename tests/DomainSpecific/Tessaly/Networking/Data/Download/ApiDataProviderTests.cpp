@@ -73,11 +73,9 @@ TEST_F(ApiDataProviderTest, KeepsEveryBodyAndAnswersA304WithTheLast) {
     EXPECT_EQ(runBlocking(provider->loadData(plain, "plain")).statusCode(), 503);
     EXPECT_EQ(load(conditional).data(), Data("{\"a\":1}")) << "the plain road leaves the cache alone";
     EXPECT_EQ(load(plain).statusCode(), 503);
-    EXPECT_EQ(load(conditional).data(), Data("{\"down\":true}")) << "whatever the status";
-
-    next = LoopbackResponse{.status = 204};
-    EXPECT_EQ(code(load(plain)), 99999);
-    EXPECT_FALSE(load(conditional).isNotModified()) << "a 304 without a validator of its own";
+    const ApiResponse last = load(conditional);
+    EXPECT_EQ(last.data(), Data("{\"down\":true}")) << "whatever the status";
+    EXPECT_FALSE(last.isNotModified()) << "a 304 without a validator of its own";
 }
 
 TEST_F(ApiDataProviderTest, AnswersAPostWithoutPayloadItself) {
