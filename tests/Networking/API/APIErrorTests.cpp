@@ -14,21 +14,22 @@ TEST(APIErrors, TellUsersTheirTexts) {
     const DecodingError noKey =
         DecodingError::keyNotFound(CodingKey("id"), {.codingPath = {}, .debugDescription = "No id."});
     const auto from = [](const AnyError& error) { return APIRepositoryError::from(error, {}); };
-    for (const auto& [error, text] : std::initializer_list<std::pair<AnyError, const char*>>{
-             {Error::clientFault(404), "Client fault (404)"},
-             {Error::serverFault(503), "Server fault (503)"},
-             {Error::clientAPIError(ClientAPIError::emptyData()), "Client API Error: emptyData"},
-             {Error::decodingError(noKey), "Decoding Error: (No id."},
-             {Error::urlSessionError(PlatformError("D", 7)), "URL Session Error: Error Domain=D Code=7"},
-             {Error::invalidURL(), "Invalid URL"},
-             {Error::invalidResponse(), "Invalid response"},
-             {Error::notModified(), "Data not modified"},
-             {Error::redirection(), "Redirection"},
-             {from(noKey), "No id."},
-             {from(Error::decodingError(noKey)), "Decoding Error: (No id."},
-             {from(ClientAPIError::emptyData()), "Empty data"},
-             {from(PlatformError("D", 7, "Seven.")), "Seven."},
-         })
+    const std::pair<AnyError, const char*> rows[] = {
+        {Error::clientFault(404), "Client fault (404)"},
+        {Error::serverFault(503), "Server fault (503)"},
+        {Error::clientAPIError(ClientAPIError::emptyData()), "Client API Error: emptyData"},
+        {Error::decodingError(noKey), "Decoding Error: (No id."},
+        {Error::urlSessionError(PlatformError("D", 7)), "URL Session Error: Error Domain=D Code=7"},
+        {Error::invalidURL(), "Invalid URL"},
+        {Error::invalidResponse(), "Invalid response"},
+        {Error::notModified(), "Data not modified"},
+        {Error::redirection(), "Redirection"},
+        {from(noKey), "No id."},
+        {from(Error::decodingError(noKey)), "Decoding Error: (No id."},
+        {from(ClientAPIError::emptyData()), "Empty data"},
+        {from(PlatformError("D", 7, "Seven.")), "Seven."},
+    };
+    for (const auto& [error, text] : rows)
         EXPECT_EQ(error.localizedDescription(), text);
 }
 

@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -24,18 +25,9 @@ FetchResultMetadata ask(State& state, bool useCache, State::Result fetched = std
 const State::Result failure = std::unexpected(PlatformError("D", 1));
 
 TEST(APIRepositoryState, AnswersFromTheCacheAsItsPeriodsAllow) {
-    struct Row {
-        double age;
-        bool useCache;
-        bool isServed;
-    };
-
-    for (const auto& [age, useCache, isServed] : std::initializer_list<Row>{{9.5, false, true},
-                                                                            {10, false, false},
-                                                                            {10, true, true},
-                                                                            {60, true, true},
-                                                                            {60.5, true, false},
-                                                                            {60.5, false, false}}) {
+    const std::tuple<double, bool, bool> rows[] = {{9.5, false, true}, {10, false, false},  {10, true, true},
+                                                   {60, true, true},   {60.5, true, false}, {60.5, false, false}};
+    for (const auto& [age, useCache, isServed] : rows) {
         testing::VirtualClock clock(Date(std::chrono::seconds(1700000000)));
         State state(60, 10);
         EXPECT_EQ(ask(state, false), (FetchResultMetadata{false, false, 1700000000}));

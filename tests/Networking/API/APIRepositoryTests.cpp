@@ -13,13 +13,13 @@
 #include <Corvane/Networking/API/APIRepository.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
+#include <Corvane/Testing/VirtualClock.hpp>
 
 namespace corvane {
 namespace {
 
-/// Loads numbers, each one higher than the one before; while it is shut, loads wait.
-class Counter {
-  public:
+/// Loads numbers, each one higher than the one before, after a while on the clock.
+struct Counter {
     using Model = int;
 
     struct FetchResult {
@@ -30,70 +30,35 @@ class Counter {
 
     Task<std::expected<FetchResult, AnyError>> loadData() {
         const int count = ++loads;
-        co_await withContinuation<void>([this](Continuation<void> continuation) {
-            const std::lock_guard guard(lock_);
-            isShut_ ? waiting_.push_back(std::move(continuation)) : continuation.resume();
-        });
+        static_cast<void>(co_await Task<>::sleep(seconds));
         if (fails) co_return std::unexpected(AnyError(ClientAPIError::timeout()));
         co_return FetchResult{.model = count};
     }
 
-    void shut() {
-        const std::lock_guard guard(lock_);
-        isShut_ = true;
-    }
-
-    void open() {
-        const std::lock_guard guard(lock_);
-        isShut_ = false;
-        for (const auto& continuation : std::exchange(waiting_, {}))
-            continuation.resume();
-    }
-
+    std::atomic<double> seconds = 0;
     std::atomic<int> loads = 0;
     std::atomic<bool> fails = false;
-
-  private:
-    std::mutex lock_;
-    bool isShut_ = false;
-    std::vector<Continuation<void>> waiting_;
 };
 
 using Repository = APIRepository<int, Counter>;
 
-/// Counts answers. Shared with the callbacks, as the last of them may still be at it when a test has seen its count.
-struct Answers {
-    void count() {
-        ++number;
-        number.notify_one();
-    }
-
-    void wait(int total) const {
-        for (int seen = number; seen < total; seen = number)
-            number.wait(seen);
-    }
-
-    std::atomic<int> number = 0;
-};
-
 TEST(APIRepository, AnswersTenThousandRequestsWithOneFetchTheLatestFirstEvenWhenItIsGone) {
+    testing::VirtualClock clock;
     const auto counter = std::make_shared<Counter>();
-    const auto answers = std::make_shared<Answers>();
-    counter->shut();
+    counter->seconds = 1;
     std::vector<int> order;
     {
         const APIRepository repository(counter, 60, 60);
         for (int i = 0; i < 10'000; ++i) {
-            repository.fetchData(i % 2 == 0, [&order, answers, i](const auto& result, const auto& metadata) {
+            repository.fetchData(i % 2 == 0, [&order, i](const auto& result, const auto& metadata) {
                 EXPECT_TRUE(**result == 1 && metadata.cachedDataRequested && !Thread::isMainThread());
                 order.push_back(i);
-                answers->count();
             });
         }
-        repository.accessQueue()->sync([] {});
+        clock.settle();
     }
-    counter->open();
-    answers->wait(10'000);
+    clock.advance(1);
+    EXPECT_EQ(order.size(), 10'000U);
     EXPECT_EQ(counter->loads, 1);
     EXPECT_TRUE(std::ranges::is_sorted(order, std::greater()));
 }
@@ -122,7 +87,7 @@ TEST(APIRepository, AnswersEveryRequestOnceWhateverHappensMeanwhile) {
     std::cout << "seed " << seed << '\n';
     constexpr std::size_t threadCount = 4;
     constexpr int perThread = 400;
-    const auto answers = std::make_shared<Answers>();
+    testing::VirtualClock clock;
     std::vector<std::atomic<int>> answered(threadCount * perThread);
     std::atomic<int> asked = 0;
     const auto counter = std::make_shared<Counter>();
@@ -139,25 +104,22 @@ TEST(APIRepository, AnswersEveryRequestOnceWhateverHappensMeanwhile) {
             guard.unlock();
             if (choice == 1) repository->update(counter, random() % 2 == 0, nullptr);
             if (choice == 2) counter->fails = !counter->fails;
-            if (choice == 3) counter->shut();
-            if (choice == 4) counter->open();
-            if (choice < 5) continue;
+            if (choice == 3) counter->seconds = random() % 2 == 0 ? 1 : 0;
+            if (choice < 4) continue;
             auto& mine = answered[thread * perThread + static_cast<std::size_t>(i)];
             ++asked;
-            repository->fetchData(random() % 2 == 0, [answers, &mine](const auto&, const auto&) {
-                ++mine;
-                answers->count();
-            });
+            repository->fetchData(random() % 2 == 0, [&mine](const auto&, const auto&) { ++mine; });
         }
     };
     {
         std::vector<std::jthread> threads;
         for (std::size_t thread = 0; thread < threadCount; ++thread)
             threads.emplace_back(act, thread);
+        for (int i = 0; i < 100; ++i)
+            clock.advance(0.1);
     }
     shared = nullptr;
-    counter->open();
-    answers->wait(asked);
+    clock.advance(2);
     EXPECT_EQ(std::ranges::count_if(answered, [](const auto& count) { return count > 1; }), 0);
     EXPECT_EQ(std::ranges::count_if(answered, [](const auto& count) { return count == 1; }), asked);
 }

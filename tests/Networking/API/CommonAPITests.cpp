@@ -77,11 +77,11 @@ TEST(CommonAPI, AsksConditionallyAndServesTheCachedBodyWhenNothingHasChanged) {
 }
 
 TEST(CommonAPI, SaysWhereABodyIsNoModelAndCachesNothingOfIt) {
-    for (const auto& [body, place] :
-         std::initializer_list<std::pair<std::string, const char*>>{{R"({"id": "7", "name": "Rovers"})", "at id"},
-                                                                    {R"({"id": 7})", "\"name\""},
-                                                                    {R"({"id": 7, "name": "Rovers")", ""},
-                                                                    {"", ""}}) {
+    const std::pair<std::string, const char*> rows[] = {{R"({"id": "7", "name": "Rovers"})", "at id"},
+                                                        {R"({"id": 7})", "\"name\""},
+                                                        {R"({"id": 7, "name": "Rovers")", ""},
+                                                        {"", ""}};
+    for (const auto& [body, place] : rows) {
         SCOPED_TRACE(body.substr(0, 80));
         Fixture f({answer(body)});
         const auto result = f.load();
