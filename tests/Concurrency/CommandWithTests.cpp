@@ -54,6 +54,7 @@ TEST(CommandWith, RunsWhereItBelongsAndSaysSo) {
     Notes notes;
     const auto named = commandsOfAllKinds(notes, {.name = "open"});
     const auto unnamed = commandsOfAllKinds(notes, {});
+    const auto silent = commandsOfAllKinds(notes, {.isSilent = true});
     for (std::size_t i = 0; i < std::size(rows); ++i) {
         const auto& row = rows[i];
         LogRecorder log;
@@ -93,22 +94,14 @@ TEST(CommandWith, RunsWhereItBelongsAndSaysSo) {
         EXPECT_EQ(wrapped.id(), unnamed[i].id());
         DispatchQueue::global().async([&] { wrapped.perform(performed); });
         expect(4, row.fromElsewhere, row.lineFromElsewhere, places);
+
+        silent[i].perform(5, performed);
+        spawn(silent[i].performAndWait(5, performed));
+        clock.settle();
+        EXPECT_EQ(std::exchange(notes, {}).size(), 2U);
+        EXPECT_THAT(log.entries(), ::testing::IsEmpty());
     }
     EXPECT_EQ(Command::wrapAction(std::optional<CommandWith<int>>(), 4), std::nullopt);
-}
-
-TEST(CommandWith, IsPerformedWithoutALineWhenSilent) {
-    VirtualClock clock;
-    const LogRecorder log;
-    Notes notes;
-    for (const auto& command : commandsOfAllKinds(notes, {.isSilent = true})) {
-        command.perform(1);
-        clock.settle();
-        spawn(command.performAndWait(2));
-        clock.settle();
-    }
-    EXPECT_EQ(notes.size(), 8U);
-    EXPECT_TRUE(log.messages().empty());
 }
 
 TEST(CommandWith, IsIdentifiedByItsNameOrItsPlace) {

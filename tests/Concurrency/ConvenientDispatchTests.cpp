@@ -20,26 +20,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::LogRecorder;
-using testing::VirtualClock;
 
 constexpr SourceFileContext site("/app/Scores/Loader.cpp", "load()", 42);
-
-/// The message without its mention of `site`, which has to be there.
-std::string withoutSite(std::string message) {
-    constexpr std::string_view mention = " dispatched from: load(), in Loader.cpp, at line: 42";
-    return message.erase(message.find(mention), mention.size());
-}
-
-/// Runs `body` on a thread of its own while this one, the main thread, serves the main queue.
-void besideTheMainLoop(const std::function<void()>& body) {
-    bool done = false;
-    const std::jthread other([&] {
-        body();
-        DispatchQueue::main().async([&] { done = true; });
-    });
-    while (!done)
-        RunLoop::main().runOnce();
-}
+const std::string fromSite = " dispatched from: load(), in Loader.cpp, at line: 42";
 
 }  // namespace
 
@@ -54,7 +37,6 @@ TEST(ConvenientDispatch, RunsLaterOnItsQueueAndLogsTheCallRightBefore) {
     } cases[] = {
         {[](auto f) { asyncOnMain(f, site); }, 0, true, "asyncOnMain()"},
         {[](auto f) { asyncOnMain(0, f, site); }, 0, true, "asyncOnMain()"},
-        {[](auto f) { asyncOnMain(-1, f, site); }, 0, true, "asyncOnMain()"},
         {[](auto f) { asyncOnMain(0.5, f, site); }, 0.5, true, "asyncOnMain(afterDelay: 0.50s)"},
         {[](auto f) { asyncOnGlobal({QoSClass::utility}, f, site); }, 0, false, "asyncOnGlobal()"},
         {[](auto f) { asyncOnGlobal(0, {QoSClass::utility, -3}, f, site); }, 0, false,
@@ -64,52 +46,44 @@ TEST(ConvenientDispatch, RunsLaterOnItsQueueAndLogsTheCallRightBefore) {
         {[](auto f) { asyncOnGlobal(12.345, {QoSClass::userInitiated}, f, site); }, 12.345, false,
          "asyncOnGlobal(afterDelay: 12.35s, qos:  userInitiated, relative priority 0)"},
         {[&](auto f) { async(*serial, 0, {}, f, site); }, 0, false, "DispatchQueue.async"},
-        {[&](auto f) { async(*serial, 2, {}, f, site); }, 2, false, "DispatchQueue.async(afterDelay: 2.00s)"},
         {[](auto f) { async(DispatchQueue::main(), 2, {}, f, site); }, 2, true,
          "DispatchQueue.async(afterDelay: 2.00s)"},
     };
 
-    VirtualClock clock;
+    testing::VirtualClock clock;
+    LogRecorder log;
     for (const auto& [hop, delay, onMainThread, line] : cases) {
-        const LogRecorder log;
+        SCOPED_TRACE(line);
+        log.clear();
         std::vector<std::thread::id> ranOn;
-        std::size_t linesBefore = 0;
         hop([&] {
             ranOn.push_back(std::this_thread::get_id());
-            linesBefore = log.messages("Concurrency").size();
+            EXPECT_EQ(log.messages("Concurrency").size(), 1U);
         });
         if (onMainThread) {
-            EXPECT_THAT(ranOn, IsEmpty()) << line;
+            EXPECT_THAT(ranOn, IsEmpty());
         }
         if (delay > 0) {
             clock.advance(delay / 2);
-            EXPECT_THAT(ranOn, IsEmpty()) << line;
-            EXPECT_THAT(log.messages(), IsEmpty()) << line;
+            EXPECT_THAT(ranOn, IsEmpty());
+            EXPECT_THAT(log.messages(), IsEmpty());
             clock.advance(delay / 2);
         }
         clock.settle();
-        ASSERT_EQ(ranOn.size(), 1U) << line;
-        EXPECT_EQ(ranOn[0] == std::this_thread::get_id(), onMainThread) << line;
-        EXPECT_EQ(linesBefore, 1U) << line;
-
-        const auto entries = log.entries();
-        ASSERT_EQ(entries.size(), 1U) << line;
-        EXPECT_EQ(withoutSite(entries[0].message), line);
-        EXPECT_EQ(entries[0].level, LogLevel::debug);
-        EXPECT_EQ(entries[0].thread, ranOn[0]) << line;
+        ASSERT_EQ(ranOn.size(), 1U);
+        EXPECT_EQ(ranOn[0] == std::this_thread::get_id(), onMainThread);
+        ASSERT_EQ(log.entries().size(), 1U);
+        const auto entry = log.entries().front();
+        EXPECT_EQ(entry.message, std::string(line) + fromSite);
+        EXPECT_EQ(entry.level, LogLevel::debug);
+        EXPECT_EQ(entry.thread, ranOn[0]);
     }
-}
-
-TEST(ConvenientDispatch, TakesTheCallersPlaceByDefault) {
-    VirtualClock clock;
-    const LogRecorder log;
     asyncOnMain([] {});
-    const auto line = std::to_string(__LINE__ - 1);
     clock.settle();
-    EXPECT_THAT(log.messages(), ElementsAre("asyncOnMain() dispatched from: TestBody(), in "
-                                            "ConvenientDispatchTests.cpp, at line: " +
-                                            line));
-    EXPECT_EQ(std::to_string(log.entries().at(0).origin.line), line);
+    const auto entry = log.entries().back();
+    EXPECT_EQ(entry.message, "asyncOnMain() dispatched from: TestBody(), in ConvenientDispatchTests.cpp, at line: " +
+                                 std::to_string(__LINE__ - 4));
+    EXPECT_EQ(entry.origin.line, __LINE__ - 5);
 }
 
 TEST(ConvenientDispatch, RunsDirectlyAndSilentlyOnTheMainThread) {
@@ -125,35 +99,26 @@ TEST(ConvenientDispatch, RunsDirectlyAndSilentlyOnTheMainThread) {
 TEST(ConvenientDispatch, HopsToTheMainThreadAndPassesOnWhatComesBack) {
     const auto mainThread = std::this_thread::get_id();
     const LogRecorder log;
-    std::thread::id caller, performedOn, ranOn, returnedOn;
-    std::expected<int, std::string> failure;
-    std::string thrown;
-    besideTheMainLoop([&] {
-        caller = std::this_thread::get_id();
-        performOnMain([&] { performedOn = std::this_thread::get_id(); }, site);
-        syncOnMain([&] { ranOn = std::this_thread::get_id(); }, site);
-        returnedOn = syncOnMain([] { return std::this_thread::get_id(); }, site);
-        failure = syncOnMain([]() -> std::expected<int, std::string> { return std::unexpected("no"); }, site);
-        try {
-            syncOnMain([]() -> int { throw std::runtime_error("failed"); }, site);
-        } catch (const std::runtime_error& error) {
-            thrown = error.what();
-        }
+    bool isDone = false;
+    const std::jthread other([&] {
+        performOnMain([&] { EXPECT_EQ(std::this_thread::get_id(), mainThread); }, site);
+        syncOnMain([&] { EXPECT_EQ(std::this_thread::get_id(), mainThread); }, site);
+        const auto failure = syncOnMain([]() -> std::expected<int, int> { return std::unexpected(7); }, site);
+        EXPECT_EQ(failure, std::unexpected(7));
+        EXPECT_THROW(syncOnMain([]() -> int { throw std::runtime_error("failed"); }, site), std::runtime_error);
+        DispatchQueue::main().async([&] { isDone = true; });
     });
-    EXPECT_EQ(performedOn, mainThread);
-    EXPECT_EQ(ranOn, mainThread);
-    EXPECT_EQ(returnedOn, mainThread);
-    EXPECT_EQ(failure, std::unexpected("no"));
-    EXPECT_EQ(thrown, "failed");
+    while (!isDone)
+        RunLoop::main().runOnce();
 
-    std::vector<std::string> onCaller, onMain;
-    for (const auto& entry : log.entries()) {
-        (entry.thread == caller ? onCaller : onMain).push_back(withoutSite(entry.message));
-    }
-    constexpr auto waiting = "syncOnMain() -> T is waiting";
-    constexpr auto running = "syncOnMain() -> T is running";
-    EXPECT_THAT(onCaller, ElementsAre("syncOnMain() is waiting", waiting, waiting, waiting));
-    EXPECT_THAT(onMain, ElementsAre("performOnMain()", "syncOnMain() is running", running, running, running));
+    std::vector<std::string> onOther, onMain;
+    for (const auto& entry : log.entries())
+        (entry.thread == mainThread ? onMain : onOther).push_back(entry.message);
+    const std::string waiting = "syncOnMain() -> T" + fromSite + " is waiting";
+    const std::string running = "syncOnMain() -> T" + fromSite + " is running";
+    EXPECT_THAT(onOther, ElementsAre("syncOnMain()" + fromSite + " is waiting", waiting, waiting));
+    EXPECT_THAT(onMain,
+                ElementsAre("performOnMain()" + fromSite, "syncOnMain()" + fromSite + " is running", running, running));
 }
 
 }  // namespace corvane

@@ -10,7 +10,7 @@
 #include <Corvane/Concurrency/PreConcurrencyEventThrottler.hpp>
 #include <Corvane/Testing/LogRecorder.hpp>
 
-#include "Timeline.hpp"
+#include "tests/Support/Timeline.hpp"
 
 namespace corvane {
 

@@ -5,7 +5,7 @@
 
 #include <Corvane/Concurrency/PageAutoRefresher.hpp>
 
-#include "Timeline.hpp"
+#include "tests/Support/Timeline.hpp"
 
 namespace corvane {
 
