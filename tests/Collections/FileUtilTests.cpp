@@ -1,7 +1,5 @@
 #include <cerrno>
-#include <filesystem>
 #include <fstream>
-#include <string>
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,8 @@
-#include <optional>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Collections/ListValidator.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(ListValidator, DecidesByTheBlackListThenByTheWhiteList) {
     using Validator = ListValidator<char>;
@@ -34,5 +30,4 @@ TEST(ListValidator, DecidesByTheBlackListThenByTheWhiteList) {
     }
 }
 
-}  // namespace
 }  // namespace corvane

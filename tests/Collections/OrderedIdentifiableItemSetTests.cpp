@@ -1,6 +1,3 @@
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Collections/OrderedIdentifiableItemSet.hpp>

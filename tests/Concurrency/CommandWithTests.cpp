@@ -1,9 +1,4 @@
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
 #include <unordered_set>
-#include <vector>
 
 #include <gmock/gmock.h>
 

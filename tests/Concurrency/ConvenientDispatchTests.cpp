@@ -1,10 +1,6 @@
 #include <expected>
 #include <functional>
 #include <stdexcept>
-#include <string>
-#include <string_view>
-#include <thread>
-#include <vector>
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,4 @@
 #include <cctype>
-#include <memory>
-#include <optional>
 
 #include <gtest/gtest.h>
 

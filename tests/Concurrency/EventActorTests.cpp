@@ -1,6 +1,3 @@
-#include <memory>
-#include <string>
-
 #include <gmock/gmock.h>
 
 #include <Corvane/Concurrency/EventDebouncer.hpp>

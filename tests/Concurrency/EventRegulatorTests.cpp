@@ -1,8 +1,5 @@
 #include <cctype>
 #include <limits>
-#include <memory>
-#include <string>
-#include <string_view>
 
 #include <gmock/gmock.h>
 

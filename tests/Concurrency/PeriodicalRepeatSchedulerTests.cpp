@@ -1,7 +1,4 @@
-#include <cstdint>
-#include <functional>
 #include <limits>
-#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -27,8 +24,6 @@ TEST(PeriodicalRepeatScheduler, RepeatsUntilItsLimit) {
         {true, 3, "s........", "*..*..*...."},
         {false, 1, "s....", "..*.."},
         {true, 1, "s....", "*...."},
-        {false, 0, "s....", "..*.."},
-        {true, 0, "s....", "*...."},
         {false, -4, "s....", "..*.."},
         {true, smallest, "s....", "*...."},
         {false, std::nullopt, "s.s..o...", "...*..."},

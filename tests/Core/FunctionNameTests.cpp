@@ -1,13 +1,10 @@
-#include <coroutine>
 #include <map>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Core/Private/FunctionName.hpp>
 #include <Corvane/Core/SourceFileContext.hpp>
+#include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 
 namespace corvane {
 
@@ -23,28 +20,13 @@ void note(SourceFileContext context = SourceFileContext::current()) {
     noted = context.function();
 }
 
-struct Detached {
-    struct promise_type {
-        Detached get_return_object() { return {}; }
-
-        std::suspend_never initial_suspend() { return {}; }
-
-        std::suspend_never final_suspend() noexcept { return {}; }
-
-        void return_void() {}
-
-        void unhandled_exception() {}
-    };
-};
-
 template <class T>
-Detached coroutine(T) {
-    const auto inner = [](int) -> Detached {
+Task<> coroutine(T) {
+    const auto inner = [](int) -> Task<> {
         note();
         co_return;
     };
-    inner(1);
-    co_await std::suspend_never();
+    co_await inner(1);
 }
 
 template <char c, class T>
@@ -86,7 +68,7 @@ TEST(FunctionName, IsThePlainNameInTheCompilersSignature) {
     EXPECT_EQ(noted, "~Loader()");
 
     EXPECT_EQ(loader.nestedLambda(), "nestedLambda()");
-    coroutine(1);
+    runBlocking(coroutine(1));
     EXPECT_EQ(noted, "coroutine()");
 }
 

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstddef>
-#include <string_view>
 
 #include <gtest/gtest.h>
 

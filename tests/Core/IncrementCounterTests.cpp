@@ -1,6 +1,4 @@
-#include <cstdint>
 #include <limits>
-#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>

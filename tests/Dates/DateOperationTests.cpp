@@ -1,7 +1,5 @@
 #include <cmath>
-#include <cstdint>
 #include <limits>
-#include <optional>
 #include <string_view>
 
 #include <gtest/gtest.h>

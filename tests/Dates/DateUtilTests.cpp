@@ -1,8 +1,4 @@
-#include <cstdint>
 #include <limits>
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 

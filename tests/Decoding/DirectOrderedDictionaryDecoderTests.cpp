@@ -1,9 +1,6 @@
 #include <array>
 #include <cstdint>
 #include <map>
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,3 @@
-#include <cstdint>
-#include <optional>
-#include <string_view>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -8,7 +5,6 @@
 #include <Corvane/Decoding/DynamicKey.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(IntValue, IsTheWholeTextInDecimal) {
     const std::pair<std::string_view, std::int64_t> values[] = {{"42", 42},
@@ -36,5 +32,4 @@ TEST(DynamicKey, IsTextOrTheTextOfAnInteger) {
     EXPECT_EQ(detail::DynamicKey("x").intValue(), std::nullopt);
 }
 
-}  // namespace
 }  // namespace corvane

@@ -1,8 +1,3 @@
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Decoding/JSONUtils.hpp>

@@ -1,5 +1,3 @@
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Decoding/JWTUtils.hpp>
@@ -7,7 +5,6 @@
 #include <Corvane/Platform/JSON/JSONValue.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(JWTUtils, ReadsTheSecondPartOrSaysWhyNot) {
     const auto reader = [](std::string_view json) { return JSONSerialization::jsonObject(json).error().description(); };
@@ -35,5 +32,4 @@ TEST(JWTUtils, ReadsTheSecondPartOrSaysWhyNot) {
     }
 }
 
-}  // namespace
 }  // namespace corvane

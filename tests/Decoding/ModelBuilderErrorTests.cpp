@@ -1,11 +1,9 @@
 #include <libintl.h>
 
 #include <clocale>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +13,6 @@
 #include "tests/Support/TemporaryDirectory.hpp"
 
 namespace corvane {
-namespace {
 
 TEST(ModelBuilderError, SpeaksTheLanguageOfTheApplicationsCatalogueAndElseEnglish) {
     const AnyError empty = ModelBuilderError::emptyResult();
@@ -46,5 +43,4 @@ TEST(ModelBuilderError, SpeaksTheLanguageOfTheApplicationsCatalogueAndElseEnglis
     // NOLINTEND(concurrency-mt-unsafe)
 }
 
-}  // namespace
 }  // namespace corvane

@@ -1,7 +1,4 @@
-#include <cstdint>
 #include <map>
-#include <optional>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>

@@ -1,8 +1,4 @@
-#include <optional>
-#include <string>
-
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Decoding/JSONUtils.hpp>
 #include <Corvane/Decoding/NSDictionaryInitialisable.hpp>

@@ -1,7 +1,4 @@
-#include <any>
-#include <memory>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 

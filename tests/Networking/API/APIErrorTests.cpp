@@ -1,5 +1,3 @@
-#include <utility>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Networking/API/APIRepositoryError.hpp>
@@ -7,7 +5,6 @@
 #include <Corvane/Networking/API/FetchResultMetadata.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(APIErrors, TellUsersTheirTexts) {
     using Error = CommonAPIError;
@@ -40,5 +37,4 @@ TEST(FetchResultMetadata, PrintsItsSecondFlagInverted) {
               "didRequestCached: false, didPenetrateCache: true, created: nil");
 }
 
-}  // namespace
 }  // namespace corvane

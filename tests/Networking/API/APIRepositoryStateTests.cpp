@@ -1,7 +1,5 @@
-#include <memory>
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,9 @@
 #include <algorithm>
-#include <atomic>
 #include <functional>
 #include <iostream>
-#include <memory>
 #include <mutex>
 #include <random>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,4 @@
 #include <deque>
-#include <functional>
-#include <memory>
-#include <string>
-#include <utility>
 
 #include <gmock/gmock.h>
 

@@ -1,13 +1,8 @@
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <Corvane/Networking/API/Reachability.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>

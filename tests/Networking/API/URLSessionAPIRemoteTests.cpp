@@ -1,6 +1,3 @@
-#include <memory>
-#include <utility>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/Networking/API/Private/RemoteExchange.hpp>

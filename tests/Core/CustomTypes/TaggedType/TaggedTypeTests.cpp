@@ -1,10 +1,5 @@
 #include <cstdint>
 #include <map>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <type_traits>
-#include <vector>
 
 #include <gmock/gmock.h>
 

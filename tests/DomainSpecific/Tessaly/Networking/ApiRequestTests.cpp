@@ -1,7 +1,5 @@
 #include <array>
 #include <barrier>
-#include <memory>
-#include <optional>
 #include <thread>
 #include <vector>
 

@@ -1,5 +1,3 @@
-#include <thread>
-
 #include <gmock/gmock.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>

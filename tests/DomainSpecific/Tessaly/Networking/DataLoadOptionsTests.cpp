@@ -3,7 +3,6 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(DataLoadOptions, HasTheBitsThatReceiversKnow) {
     const DataLoadOptions six(6);
@@ -20,5 +19,4 @@ TEST(DataLoadOptions, LetsTheApplicationReassignItsMembers) {
     DataLoadOptions::IgnoreDates = before;
 }
 
-}  // namespace
 }  // namespace corvane

@@ -2,14 +2,10 @@
 #include <atomic>
 #include <cstdlib>
 #include <iostream>
-#include <memory>
 #include <mutex>
 #include <random>
 #include <semaphore>
-#include <string>
-#include <thread>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 

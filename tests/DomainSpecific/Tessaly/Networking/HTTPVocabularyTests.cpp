@@ -1,6 +1,3 @@
-#include <cstdint>
-#include <string>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
@@ -9,7 +6,6 @@
 #include <Corvane/Platform/AnyError.hpp>
 
 namespace corvane {
-namespace {
 
 TEST(HTTPStatusCode, KnowsFiveCodesAndTheRangesOfAll) {
     std::string known;
@@ -64,5 +60,4 @@ TEST(FailureCases, TellUsersAndDevelopersTheirTexts) {
     }
 }
 
-}  // namespace
 }  // namespace corvane

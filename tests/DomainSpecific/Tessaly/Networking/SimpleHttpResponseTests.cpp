@@ -1,8 +1,3 @@
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpRequest.hpp>
@@ -19,30 +14,17 @@ std::shared_ptr<const HTTPURLResponse> head(int status, std::vector<HTTPHeaderFi
 }
 
 TEST(SimpleHttpResponse, TakesAMissingBodyForAnErrorUnlessNothingWasModified) {
-    const Data body("{}");
-    const Data noBytes("");
-
-    const struct {
-        int status;
-        std::optional<Data> body;
-        bool isNotModified;
-        bool isEmptyData;
-    } rows[] = {
-        {200, body, false, false},      {200, std::nullopt, false, true}, {200, noBytes, false, true},
-        {204, noBytes, false, true},    {304, std::nullopt, true, false}, {304, noBytes, true, false},
-        {304, body, true, false},       {199, body, false, false},        {404, body, false, false},
-        {404, noBytes, false, true},    {503, body, false, false},        {600, body, false, false},
-        {0, std::nullopt, false, true},
-    };
-
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.status);
-        const SimpleHttpResponse response(nullptr, row.body, head(row.status), std::nullopt);
-        EXPECT_EQ(response.statusCode(), row.status);
-        EXPECT_EQ(response.isNotModified(), row.isNotModified);
-        EXPECT_EQ(response.error().has_value(), row.isEmptyData);
-        EXPECT_EQ(response.data(), row.body && !row.body->empty() ? row.body : std::nullopt);
-        EXPECT_EQ(response.urlString(), std::nullopt);
+    for (const int status : {0, 199, 200, 204, 304, 404, 503, 600}) {
+        for (const auto& body : {std::optional<Data>(), {Data("")}, {Data("{}")}}) {
+            SCOPED_TRACE(status);
+            const bool isAbsent = !body || body->empty();
+            const SimpleHttpResponse response(nullptr, body, head(status), std::nullopt);
+            EXPECT_EQ(response.statusCode(), status);
+            EXPECT_EQ(response.isNotModified(), status == 304);
+            EXPECT_EQ(response.error().has_value(), isAbsent && status != 304);
+            EXPECT_EQ(response.data(), isAbsent ? std::nullopt : body);
+            EXPECT_EQ(response.urlString(), std::nullopt);
+        }
     }
 }
 

@@ -1,5 +1,4 @@
 #include <limits>
-#include <vector>
 
 #include <gtest/gtest.h>
 
