@@ -1,8 +1,12 @@
 #include <cmath>
+#include <coroutine>
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <Corvane/Platform/Dispatch/CancellationError.hpp>
 #include <Corvane/Platform/Dispatch/Continuation.hpp>
@@ -38,6 +42,37 @@ Task<std::expected<void, AnyError>> sleepFor(double seconds) {
 }
 
 }  // namespace
+
+void reportEmptyTask(std::source_location where) {
+    fatalError("a task was used that is empty: it was moved from, awaited or started before", where);
+}
+
+void endUnstartedTask(std::coroutine_handle<> task) noexcept {
+    struct Ending {
+        std::uint32_t depth = 0;
+        std::vector<std::coroutine_handle<>> rest;
+    };
+
+    static constinit thread_local Ending* current = nullptr;
+    constexpr std::uint32_t depthLimit = 64;
+
+    if (current != nullptr) {
+        if (current->depth == depthLimit) return current->rest.push_back(task);
+        ++current->depth;
+        task.destroy();
+        --current->depth;
+        return;
+    }
+    Ending ending;
+    current = &ending;
+    task.destroy();
+    while (!ending.rest.empty()) {
+        const std::coroutine_handle<> next = ending.rest.back();
+        ending.rest.pop_back();
+        next.destroy();
+    }
+    current = nullptr;
+}
 
 bool CurrentTask::isNotCancelled() noexcept {
     const TaskContext* const context = TaskContext::current();

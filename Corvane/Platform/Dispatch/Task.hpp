@@ -46,7 +46,8 @@ class CORVANE_EXPORT CurrentTask {
 ///         co_return parse(*page);
 ///     }
 ///
-/// It is lazy: nothing runs before it is awaited (or handed to `spawn`), once. One that never is frees what it holds.
+/// It is lazy: nothing runs before it is awaited (or handed to `spawn`), once: doing so again stops the process. One
+/// that never is frees what it holds.
 /// It runs where the awaiting task runs, unless `on` or `onMain` binds it to an executor; after every `co_await` a task
 /// is on its own executor again. Awaiting one that is where it belongs costs no queue.
 ///
@@ -74,7 +75,7 @@ class [[nodiscard]] Task : public CurrentTask {
     Task& operator=(const Task&) = delete;
 
     ~Task() {
-        if (coroutine_) coroutine_.destroy();
+        if (coroutine_) endUnstartedTask(coroutine_);
     }
 
   private:
@@ -87,10 +88,16 @@ class [[nodiscard]] Task : public CurrentTask {
 
     explicit Task(std::coroutine_handle<promise_type> coroutine) noexcept : coroutine_(coroutine) {}
 
-    void bind(TaskExecutor executor) { static_cast<TaskPromiseBase&>(coroutine_.promise()).bind(std::move(executor)); }
+    /// Stops the process when there is none any more.
+    [[nodiscard]] TaskPromiseBase& promise() const {
+        if (!coroutine_) reportEmptyTask();
+        return coroutine_.promise();
+    }
 
-    [[nodiscard]] const TaskExecutor* boundExecutor() const noexcept {
-        const TaskPromiseBase& promise = coroutine_.promise();
+    void bind(TaskExecutor executor) { promise().bind(std::move(executor)); }
+
+    [[nodiscard]] const TaskExecutor* boundExecutor() const {
+        const TaskPromiseBase& promise = this->promise();
         return promise.role_ == TaskPromiseBase::Role::bound ? &promise.context_->executor() : nullptr;
     }
 
@@ -175,7 +182,9 @@ inline Task<void> TaskPromise<void>::get_return_object() noexcept {
 }
 
 template <class U>
-TaskAwaiter<U> TaskPromiseBase::await_transform(Task<U>&& task) const noexcept {
+TaskAwaiter<U> TaskPromiseBase::await_transform(Task<U>&& task, std::source_location where) const {
+    if (!task.coroutine_) [[unlikely]]
+        reportEmptyTask(where);
     return TaskAwaiter<U>(std::exchange(task.coroutine_, nullptr));
 }
 

@@ -111,7 +111,7 @@ class SpawnedTaskOf final : public SpawnedTask {
 template <class T = void>
 class TaskHandle {
   public:
-    /// Stands for no task; there is nothing to be asked or cancelled.
+    /// Stands for no task: there is nothing to be cancelled, and to wait for its end stops the process.
     TaskHandle() noexcept = default;
 
     TaskHandle(const TaskHandle& other) noexcept : task_(other.task_) {
@@ -150,7 +150,7 @@ class TaskHandle {
 
     /// Has `callback` run on the task's executor, outside the task, when that has ended. Callbacks run in the order in
     /// which they were given; on a pool, one given after the end may run beside earlier ones.
-    void onCompletion(Work callback) const { task_->whenEnded(std::move(callback)); }
+    void onCompletion(Work callback) const { task().whenEnded(std::move(callback)); }
 
   private:
     template <class U>
@@ -159,6 +159,11 @@ class TaskHandle {
     friend U runBlocking(Task<U> task);
 
     explicit TaskHandle(SpawnedTaskOf<T>* task) noexcept : task_(task) {}
+
+    [[nodiscard]] SpawnedTaskOf<T>& task() const {
+        if (task_ == nullptr) reportEmptyTask();
+        return *task_;
+    }
 
     static Task<T> valueOf(TaskHandle handle) {
         if (!handle.isEnded()) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <exception>
 #include <optional>
+#include <source_location>
 #include <type_traits>
 #include <utility>
 
@@ -20,6 +21,12 @@ template <class T = void>
 class Task;
 template <class T>
 class TaskAwaiter;
+
+/// Stops the process: a task is used that was moved from, awaited or started before.
+[[noreturn]] CORVANE_EXPORT void reportEmptyTask(std::source_location where = std::source_location::current());
+
+/// Ends a task that was never started, and the tasks that it was given, on a bounded stack, however long the chain.
+CORVANE_EXPORT void endUnstartedTask(std::coroutine_handle<> task) noexcept;
 
 /// What the promises of all tasks share.
 class CORVANE_EXPORT TaskPromiseBase {
@@ -72,7 +79,7 @@ class CORVANE_EXPORT TaskPromiseBase {
     void unhandled_exception() noexcept { failure_ = std::current_exception(); }
 
     template <class U>
-    TaskAwaiter<U> await_transform(Task<U>&& task) const noexcept;
+    TaskAwaiter<U> await_transform(Task<U>&& task, std::source_location where = std::source_location::current()) const;
 
     /// Other awaitables would resume a task on a thread that is not its executor's: bridge them with
     /// `withContinuation`.

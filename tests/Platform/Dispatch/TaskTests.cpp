@@ -79,6 +79,29 @@ TEST(Task, ChainsOfReadyAwaitsDoNotGrowTheStack) {
         chain = wrapped(&gauge, std::move(chain));
     EXPECT_EQ(runBlocking(std::move(chain)), depth);
     EXPECT_LT(gauge.used(), limit);
+
+    chain = ready(&gauge);
+    for (int i = 1; i < depth; ++i)
+        chain = wrapped(&gauge, std::move(chain));
+    // It goes unawaited, all of it.
+}
+
+TEST(Task, AnEmptyOneStopsTheProcess) {
+    const char* const text = "Fatal error: a task was used that is empty";
+    StackGauge gauge;
+    const auto twice = [&]() -> Task<int> {
+        Task<int> one = ready(&gauge);
+        const int first = co_await std::move(one);
+        const int second = co_await std::move(one);  // NOLINT(bugprone-use-after-move)
+        co_return first + second;
+    };
+    EXPECT_DEATH(runBlocking(twice), std::string(text) + ".*\n.*TaskTests.cpp");
+    Task<int> gone = ready(&gauge);
+    runBlocking(std::move(gone));
+    EXPECT_DEATH(spawn(std::move(gone)), text);   // NOLINT(bugprone-use-after-move)
+    EXPECT_DEATH(onMain(std::move(gone)), text);  // NOLINT(bugprone-use-after-move)
+    EXPECT_DEATH(runBlocking(TaskHandle<>().value()), text);
+    EXPECT_DEATH(TaskHandle<>().onCompletion([] {}), text);
 }
 
 TEST(Task, GivesValuesThatCannotBeCopiedAndExceptionsToTheAwaitingTask) {
