@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <utility>
 
 #include <fmt/compile.h>
@@ -18,7 +19,13 @@ std::vector<WeakObjectWrapper>& list() {
 }
 
 void dropGone() {
-    std::erase_if(list(), [](const WeakObjectWrapper& object) { return object.object() == nullptr; });
+    // Moved out first: with the last reference goes a deleter, and what that holds may add objects when it ends.
+    auto& objects = list();
+    const auto gone =
+        std::ranges::stable_partition(objects, [](const WeakObjectWrapper& object) { return !object.isGone(); });
+    const std::vector<WeakObjectWrapper> ended(std::make_move_iterator(gone.begin()),
+                                               std::make_move_iterator(gone.end()));
+    objects.erase(gone.begin(), gone.end());
 }
 
 }  // namespace

@@ -24,6 +24,8 @@ class WeakObjectWrapper {
     /// Null once the object is gone.
     [[nodiscard]] std::shared_ptr<const void> object() const noexcept { return object_.lock(); }
 
+    [[nodiscard]] bool isGone() const noexcept { return object_.expired(); }
+
     /// What the object's own `debugDescription()` or else `description()` gives, or else its type and address; empty
     /// once the object is gone.
     [[nodiscard]] std::string description() const {
