@@ -4,6 +4,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 
 namespace corvane {
@@ -107,20 +108,24 @@ void SimpleHttpManager::startBackgroundTask(URLRequest urlRequest, std::string d
             const auto expired = weakTask.lock();
             if (self && expired) self->endBackgroundTask(expired.get());
         });
-    performOnMain(
-        [self = shared_from_this(), session, task, identifier, isExpired] {
-            if (identifier != BackgroundTasks::invalid) {
-                if (*isExpired) {
-                    BackgroundTasks::end(identifier);
-                } else {
-                    self->backgroundTaskIdForTask_.emplace(task.get(), identifier);
-                }
+    auto start = [self = shared_from_this(), session, task, identifier, isExpired] {
+        if (identifier != BackgroundTasks::invalid) {
+            if (*isExpired) {
+                BackgroundTasks::end(identifier);
+            } else {
+                self->backgroundTaskIdForTask_.emplace(task.get(), identifier);
             }
-            task->resume();
-            // The running task owns the session, which holds its delegate, the manager, until the task has completed.
-            session->finishTasksAndInvalidate();
-        },
-        context);
+        }
+        task->resume();
+        // The running task owns the session, which holds its delegate, the manager, until the task has completed.
+        session->finishTasksAndInvalidate();
+    };
+    // On the main thread whatever runs there will do, a task of a queue on top of the main one as well.
+    if (Thread::isMainThread()) {
+        start();
+    } else {
+        asyncOnMain(std::move(start), context);
+    }
 }
 
 URLSessionDelayedRequestDecision SimpleHttpManager::taskWillBeginDelayedRequest(URLSession&, URLSessionDataTask&,

@@ -2,6 +2,7 @@
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/SimpleHttpManager.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
+#include <Corvane/Platform/Dispatch/TaskHandle.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
 
@@ -113,6 +114,18 @@ TEST_F(BackgroundRoad, IsWaitedForWhenItWasTakenOnAnotherThreadJustBeforeTheExit
     std::jthread([this] { start(); }).join();
     EXPECT_TRUE(BackgroundTasks::waitForRunning(60));
     EXPECT_THAT(events, ElementsAre("statistics: {}"));
+}
+
+TEST_F(BackgroundRoad, BeginsAtOnceInATaskOfAQueueOnTopOfTheMainOne) {
+    server.route("GET", "/", LoopbackResponse::json("{}"));
+    const auto onTop = DispatchQueue::serial("on top of main", {}, DispatchQueue::main().shared_from_this());
+    runBlocking(on(onTop, [this]() -> Task<> {
+        start();
+        EXPECT_EQ(manager->backgroundTaskIdForTask().size(), 1U);
+        co_return;
+    }));
+    finish();
+    EXPECT_THAT(listener->events, ElementsAre("statistics: {}"));
 }
 
 TEST_F(BackgroundRoad, DoesNotKeepItsListener) {
