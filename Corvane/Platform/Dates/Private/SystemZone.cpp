@@ -32,7 +32,11 @@ struct Source {
 
     static Source now() {
         Source source;
-        // As libc does: a process that changes its environment beside other threads is at fault for all of them.
+        // TZ is not configuration of ours but the name that the system has for this process's zone, and we cannot leave
+        // it to others. libc, which reads it too, tells the offset of one instant and no rules. ICU takes rules that TZ
+        // spells out for UTC, and for all else uses a database of another year. Without TZ we would contradict
+        // `localtime` in the same process. As with libc, a process that changes its environment beside other threads
+        // is at fault.
         if (const char* const variable = ::getenv("TZ")) {  // NOLINT(concurrency-mt-unsafe)
             source.variable = variable;
             source.isSet = true;
