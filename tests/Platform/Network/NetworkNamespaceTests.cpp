@@ -1,4 +1,9 @@
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <latch>
 #include <memory>
@@ -69,6 +74,59 @@ TEST(NetworkNamespaceTest, FollowsLinksRoutesAndAddresses) {
         recorder->waitFor(flags);
     }
     EXPECT_EQ(recorder->reports(), expected) << "each change once, and nothing for the same flags";
+}
+
+/// Until it ends, no descriptor can be opened.
+class DescriptorShortage {
+  public:
+    DescriptorShortage() {
+        ::getrlimit(RLIMIT_NOFILE, &former_);
+        const rlimit none{.rlim_cur = 0, .rlim_max = former_.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+    }
+
+    ~DescriptorShortage() { ::setrlimit(RLIMIT_NOFILE, &former_); }
+
+    DescriptorShortage(const DescriptorShortage&) = delete;
+    DescriptorShortage& operator=(const DescriptorShortage&) = delete;
+
+  private:
+    rlimit former_{};
+};
+
+void closeNetlinkSockets() {
+    constexpr int enough = 64;
+    for (int descriptor = 3; descriptor < enough; ++descriptor) {
+        int domain = 0;
+        socklen_t bytes = sizeof domain;
+        if (::getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &domain, &bytes) == 0 && domain == AF_NETLINK)
+            ::close(descriptor);
+    }
+}
+
+TEST(NetworkNamespaceTest, OutlivesTheLossOfItsDescriptors) {
+    if (!NetworkNamespace::enter()) return;
+    plugCable();
+    NetworkNamespace::ip("route add default dev ve0");
+    const auto path = NetworkPath::make(internet).value();
+    const auto loopback = NetworkPath::make(*SocketAddress::parse("127.0.0.1")).value();
+    for (const bool isKnown : {false, true}) {
+        ASSERT_TRUE(!isKnown || loopback->flags());
+        const DescriptorShortage shortage;
+        ASSERT_FALSE(path->flags()) << "its link may be a modem";
+        EXPECT_EQ(path->flags().error().code, EMFILE);
+        EXPECT_EQ(loopback->flags().has_value(), isKnown) << "a link that was looked at is not forgotten";
+    }
+    const auto recorder = PathRecorder::watch(*path);
+    ASSERT_TRUE(recorder);
+    recorder->waitFor("-R ------d");
+    for (int round = 0; round < 2; ++round) {
+        closeNetlinkSockets();
+        NetworkNamespace::ip("link set ve1 down");
+        recorder->waitFor("-- -------");
+        NetworkNamespace::ip("link set ve1 up");
+        recorder->waitFor("-R ------d");
+    }
 }
 
 /// Blocks until the look-ups of "recovering.test" that were asked for before have been answered.

@@ -73,6 +73,7 @@ void KernelPath::installed() noexcept {
     reported_.reset();
     isChecking_ = false;
     isCheckOutdated_ = false;
+    isRecheckScheduled_ = false;
 }
 
 NetworkPath::Result<NetworkFlags> KernelPath::flags() {
@@ -125,7 +126,6 @@ void KernelPath::check(std::uint64_t installation) {
         isCheckOutdated_ = false;
         callback = callback_;
     }
-    // A kernel that cannot be asked (no memory) leaves us with what we knew.
     const auto flags = this->flags();
     bool reports = false;
     {
@@ -133,12 +133,31 @@ void KernelPath::check(std::uint64_t installation) {
         if (installation != installation_) return;
         reports = flags && reported_ != *flags;
         if (reports) reported_ = *flags;
+        // A kernel that cannot be asked (no memory, no descriptors) leaves us with what we knew, for now.
+        if (flags) {
+            recheckDelay_ = 1;
+        } else {
+            scheduleRecheck();
+        }
     }
     if (reports) callback->flagsChanged(*flags);
     const std::lock_guard lock(mutex_);
     if (installation != installation_) return;
     isChecking_ = false;
     if (isCheckOutdated_) scheduleCheck();
+}
+
+void KernelPath::scheduleRecheck() {
+    if (std::exchange(isRecheckScheduled_, true)) return;
+    queue_->asyncAfter(recheckDelay_, [weak = weak_from_this(), installation = installation_] {
+        const auto self = weak.lock();
+        if (self == nullptr) return;
+        const std::lock_guard lock(self->mutex_);
+        if (installation != self->installation_) return;
+        self->isRecheckScheduled_ = false;
+        self->scheduleCheck();
+    });
+    recheckDelay_ = std::min(recheckDelay_ * 2, longestRetryDelay);
 }
 
 void KernelPath::lookUp() {

@@ -41,6 +41,7 @@ class KernelPath final : public NetworkPath, public HostLookupClient, public std
     void installed() noexcept;
     void lookUp();
     void scheduleCheck();
+    void scheduleRecheck();
     void scheduleRetry();
 
     void check(std::uint64_t installation);
@@ -61,6 +62,9 @@ class KernelPath final : public NetworkPath, public HostLookupClient, public std
     bool isChecking_ = false;
     /// Whether something has changed since the check under way was given to the queue.
     bool isCheckOutdated_ = false;
+    bool isRecheckScheduled_ = false;
+    /// In seconds, until the next look when the kernel could not be asked.
+    double recheckDelay_ = 1;
 
     bool isLookingUp_ = false;
     bool isLookupOutdated_ = false;

@@ -12,6 +12,7 @@
 #include <Corvane/Platform/Network/Private/KernelPath.hpp>
 #include <Corvane/Platform/Network/Private/PathMonitor.hpp>
 #include <Corvane/Platform/Network/Private/PathState.hpp>
+#include <Corvane/Platform/Network/Private/SocketCookie.hpp>
 
 namespace corvane::network {
 
@@ -19,6 +20,9 @@ namespace {
 
 constexpr int groups[] = {RTNLGRP_LINK,        RTNLGRP_IPV4_IFADDR, RTNLGRP_IPV4_ROUTE, RTNLGRP_IPV4_RULE,
                           RTNLGRP_IPV6_IFADDR, RTNLGRP_IPV6_ROUTE,  RTNLGRP_IPV6_RULE};
+
+/// In seconds.
+constexpr double recoveryDelay = 1;
 
 }  // namespace
 
@@ -68,7 +72,8 @@ void PathMonitor::subscribe(int option) noexcept {
 void PathMonitor::run(int socket) {
     ::pthread_setname_np(::pthread_self(), "corvane.paths");
     std::vector<std::byte> buffer(32768);
-    for (;;) {
+    const auto cookie = socketCookie(socket);
+    while (socketCookie(socket) == cookie) {
         // The kernel alone writes to these groups; unicast from another process is dropped for its sender's number.
         sockaddr_nl sender{};
         socklen_t senderBytes = sizeof sender;
@@ -84,10 +89,24 @@ void PathMonitor::run(int socket) {
             break;
         }
     }
+    // Somebody has closed our descriptor, and may have given its number to another.
     {
-        // Somebody has closed our descriptor. The next path that wants to be watched gets a new one.
         const std::lock_guard lock(mutex_);
         socket_ = -1;
+    }
+    recover();
+}
+
+void PathMonitor::recover() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (socket_ < 0 && !paths_.empty()) {
+            if (!open()) {
+                DispatchQueue::global().asyncAfter(recoveryDelay, [this] { recover(); });
+                return;
+            }
+            subscribe(NETLINK_ADD_MEMBERSHIP);
+        }
     }
     pokeAll();
 }

@@ -32,6 +32,8 @@ class PathMonitor {
     [[nodiscard]] NetworkPath::Result<void> open();
     void subscribe(int option) noexcept;
     void run(int socket);
+    /// Listens again after the socket was lost, now or as soon as there is a descriptor.
+    void recover();
     void pokeAll();
 
     const int receiveBytes_;

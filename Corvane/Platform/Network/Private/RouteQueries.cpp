@@ -9,10 +9,10 @@
 #include <array>
 #include <cerrno>
 #include <string>
-#include <utility>
 
 #include <Corvane/Platform/Network/Private/PathState.hpp>
 #include <Corvane/Platform/Network/Private/RouteQueries.hpp>
+#include <Corvane/Platform/Network/Private/SocketCookie.hpp>
 
 namespace corvane::network {
 
@@ -69,16 +69,6 @@ class Request {
     std::size_t size_ = sizeof(nlmsghdr);
 };
 
-std::string deviceTypeOf(const std::string& link) {
-    const int file = ::open(("/sys/class/net/" + link + "/uevent").c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) return {};
-    std::array<char, 1024> text;
-    // The kernel writes this text as we read it; there is nothing to wait for.
-    const auto length = ::read(file, text.data(), text.size());  // NOLINT(clang-analyzer-unix.BlockInCriticalSection)
-    ::close(file);
-    return length > 0 ? parseDeviceType({text.data(), static_cast<std::size_t>(length)}) : std::string();
-}
-
 }  // namespace
 
 RouteQueries& RouteQueries::shared() {
@@ -92,9 +82,11 @@ RouteQueries::Result<void> RouteQueries::open() {
 }
 
 RouteQueries::Result<void> RouteQueries::openLocked() {
-    if (socket_ >= 0) return {};
+    if (socket_ >= 0 && socketCookie(socket_) == cookie_) return {};
+    // If we had one, somebody has closed it, and its number is not ours to close.
     socket_ = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE);
     if (socket_ < 0) return std::unexpected(NetworkPathError{errno});
+    cookie_ = socketCookie(socket_);
     ::setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &answerLimit, sizeof answerLimit);
     buffer_.resize(answerBytes);
     return {};
@@ -144,7 +136,11 @@ RouteQueries::Result<NetworkFlags> RouteQueries::ask(const SocketAddress& target
     const auto linkAnswer = exchange(link.bytes(++sequence_), RTM_NEWLINK);
     if (!linkAnswer) return std::unexpected(linkAnswer.error());
     auto linkState = linkAnswer->and_then(parseLink);
-    if (linkState) linkState->deviceType = deviceTypeOf(linkState->name);
+    if (linkState) {
+        auto type = deviceTypeOf(routeState->link, linkState->name);
+        if (!type) return std::unexpected(type.error());
+        linkState->deviceType = *std::move(type);
+    }
     return flagsOf(target, routeState, linkState);
 }
 
@@ -171,9 +167,28 @@ RouteQueries::Result<std::optional<Bytes>> RouteQueries::exchange(Bytes request,
     }
 }
 
+RouteQueries::Result<std::string> RouteQueries::deviceTypeOf(int link, const std::string& name) {
+    if (device_.link == link) return device_.type;
+    const int file = ::open(("/sys/class/net/" + name + "/uevent").c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        // Without a descriptor a modem would pass for a wireless card; all else says that there is no such file.
+        const int code = errno;
+        if (code == EMFILE || code == ENFILE || code == ENOMEM) return std::unexpected(NetworkPathError{code});
+        return {};
+    }
+    std::array<char, 1024> text;
+    // The kernel writes this text as we read it; there is nothing to wait for.
+    const auto length = ::read(file, text.data(), text.size());  // NOLINT(clang-analyzer-unix.BlockInCriticalSection)
+    ::close(file);
+    if (length <= 0) return {};
+    device_ = {.link = link, .type = parseDeviceType({text.data(), static_cast<std::size_t>(length)})};
+    return device_.type;
+}
+
 NetworkPathError RouteQueries::fail(int code) noexcept {
     // What may still come is not the answer to the next question.
-    ::close(std::exchange(socket_, -1));
+    if (socketCookie(socket_) == cookie_) ::close(socket_);
+    socket_ = -1;
     return {code};
 }
 

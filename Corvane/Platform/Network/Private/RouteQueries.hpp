@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <Corvane/Platform/Network/NetworkPath.hpp>
@@ -34,12 +35,21 @@ class RouteQueries {
     Result<NetworkFlags> ask(const SocketAddress& target);
     /// The payload of the kernel's answer, in `buffer_`; absent when it answers that there is no such thing.
     Result<std::optional<netlink::Bytes>> exchange(netlink::Bytes request, std::uint16_t answerType);
+    /// DEVTYPE of a link's device; fails when there is no descriptor to look for it.
+    Result<std::string> deviceTypeOf(int link, const std::string& name);
     NetworkPathError fail(int code) noexcept;
 
     std::mutex mutex_;
     int socket_ = -1;
+    std::optional<std::uint64_t> cookie_;
     std::uint32_t sequence_ = 0;
     std::vector<std::byte> buffer_;
+
+    /// What was looked up last: the type of a device never changes, and the kernel does not reuse the numbers of links.
+    struct {
+        int link = 0;
+        std::string type;
+    } device_;
 };
 
 }  // namespace corvane::network
