@@ -2,23 +2,15 @@
 #include <array>
 #include <charconv>
 #include <cstring>
-#include <limits>
-#include <utility>
 
 #include <Corvane/Platform/Dates/Private/CivilTime.hpp>
 #include <Corvane/Platform/Dates/Private/DatePattern.hpp>
+#include <Corvane/Platform/Dates/Private/DatePatternCompiler.hpp>
+#include <Corvane/Platform/Dates/Private/DateTextReader.hpp>
 
 namespace corvane {
 
 namespace {
-
-constexpr bool isLetter(char c) noexcept {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-constexpr char lowerCase(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 /// The digits of the numbers up to 99, two for each; of the second hundred, those below ten have theirs in front.
 constexpr auto twoDigits = [] {
@@ -56,140 +48,15 @@ char* writeYear(char* to, std::int64_t year, unsigned width) noexcept {
     return std::copy_n(digits.data(), length, to);
 }
 
-/// Pieces are copied by so many bytes, as copies of a fixed size are the fastest.
-constexpr std::size_t block = 16;
-
-/// What is no number that a text can have.
-constexpr unsigned noNumber = std::numeric_limits<unsigned>::max();
-
 }  // namespace
 
 std::optional<DatePattern> DatePattern::compile(std::string_view pattern, const LocaleSymbols& symbols) {
-    constexpr std::size_t longest = 1000;
-    if (pattern.size() > longest) return std::nullopt;
-    DatePattern compiled;
-    bool isQuoted = false;
-    std::string literal;
-    for (std::size_t place = 0; place < pattern.size();) {
-        const char c = pattern[place];
-        if (c == '\'') {
-            // Two of them are one, inside of a quotation as outside.
-            const bool isDoubled = pattern.substr(place + 1).starts_with('\'');
-            if (isDoubled) literal += '\'';
-            isQuoted ^= !isDoubled;
-            place += isDoubled ? 2 : 1;
-        } else if (isQuoted || !isLetter(c)) {
-            literal += c;
-            ++place;
-        } else {
-            const std::size_t width = std::min(pattern.find_first_not_of(c, place), pattern.size()) - place;
-            compiled.addLiteral(std::exchange(literal, {}));
-            if (!compiled.addField(c, width, symbols)) return std::nullopt;
-            place += width;
-        }
-    }
-    compiled.addLiteral(literal);
-    if (isQuoted || compiled.texts_.size() > std::numeric_limits<std::uint16_t>::max()) return std::nullopt;
-    compiled.texts_.append(block, '\0');
-    return compiled;
-}
-
-bool DatePattern::addField(char letter, std::size_t width, const LocaleSymbols& symbols) {
-    const auto add = [&](Field field, std::size_t mostWidth, std::size_t usualWidth = 2) {
-        if (width > mostWidth) return false;
-        steps_.push_back({field, static_cast<std::uint8_t>(width), 0});
-        fuse();
-        mostBytes_ += std::max(width, usualWidth);
-        return true;
-    };
-    switch (letter) {
-        case 'y':
-            hasDate_ = true;
-            // Of two digits, which century is meant is ICU's business.
-            if (width == 2) return false;
-            ++yearFields_;
-            return add(Field::year, 9, 4);
-        case 'M':
-        case 'L': {
-            hasDate_ = true;
-            if (width <= 2) return add(Field::month, 2);
-            const bool standsAlone = letter == 'L';
-            if (width == 3)
-                return addNames(Field::monthName, standsAlone ? symbols.standaloneShortMonths : symbols.shortMonths);
-            return width == 4 && addNames(Field::monthName, standsAlone ? symbols.standaloneMonths : symbols.months);
-        }
-        case 'd':
-            hasDate_ = true;
-            return add(Field::day, 2);
-        case 'E':
-            return width <= 4 && addNames(Field::weekdayName, width == 4 ? symbols.weekdays : symbols.shortWeekdays);
-        case 'a':
-            return width <= 3 && addNames(Field::dayPeriod, symbols.dayPeriods);
-        case 'H':
-            return add(Field::hour0To23, 2);
-        case 'k':
-            return add(Field::hour1To24, 2);
-        case 'K':
-            return add(Field::hour0To11, 2);
-        case 'h':
-            return add(Field::hour1To12, 2);
-        case 'm':
-            return add(Field::minute, 2);
-        case 's':
-            return add(Field::second, 2);
-        case 'S':
-            hasFraction_ = true;
-            return add(Field::fraction, 9);
-        default:
-            return false;
-    }
-}
-
-void DatePattern::fuse() {
-    // What machines write has no gaps: "yyyyMMdd" and "HHmmss" take one step each.
-    if (steps_.size() < 3) return;
-    const std::span<const Step> last = std::span(steps_).last(3);
-    const auto are = [&](Field first, unsigned width, Field second, Field third) {
-        return last[0].field == first && last[0].width == width && last[1].field == second && last[1].width == 2 &&
-               last[2].field == third && last[2].width == 2;
-    };
-    std::optional<Field> fused;
-    if (are(Field::year, 4, Field::month, Field::day)) fused = Field::compactDate;
-    if (are(Field::hour0To23, 2, Field::minute, Field::second)) fused = Field::compactTime;
-    if (!fused) return;
-    steps_.resize(steps_.size() - 3);
-    steps_.push_back({*fused, 0, 0});
-}
-
-void DatePattern::addPiece(std::string_view text) {
-    hasPieces_ |= text.size() != 1;
-    pieces_.push_back({static_cast<std::uint16_t>(texts_.size()), static_cast<std::uint16_t>(text.size())});
-    texts_ += text;
-}
-
-void DatePattern::addLiteral(std::string_view text) {
-    if (text.empty()) return;
-    steps_.push_back({Field::literal, 0, static_cast<std::uint16_t>(pieces_.size())});
-    addPiece(text);
-    mostBytes_ += text.size();
-}
-
-bool DatePattern::addNames(Field field, const LocaleSymbols::Names& names) {
-    if (names.size() != nameCount(field)) return false;
-    steps_.push_back({field, 0, static_cast<std::uint16_t>(pieces_.size())});
-    for (const std::string& name : names)
-        addPiece(name);
-    mostBytes_ += std::ranges::max(names, {}, &std::string::size).size();
-    return true;
+    return DatePatternCompiler(symbols).compile(pattern);
 }
 
 std::size_t DatePattern::nameCount(Field field) noexcept {
     if (field == Field::monthName) return 12;
     return field == Field::weekdayName ? 7 : 2;
-}
-
-std::span<const DatePattern::Piece> DatePattern::names(const Step& step) const noexcept {
-    return std::span(pieces_).subspan(step.piece, nameCount(step.field));
 }
 
 std::string DatePattern::format(Moment local) const {
@@ -298,86 +165,26 @@ struct DatePattern::Parsed {
     bool isHalfDay = false;
 };
 
-/// A text from the front.
-class DatePattern::Reader {
-  public:
-    explicit Reader(std::string_view text) noexcept : at_(text.data()), end_(text.data() + text.size()) {}
-
-    [[nodiscard]] bool isAtEnd() const noexcept { return at_ == end_; }
-
-    [[gnu::always_inline]] bool skip(std::string_view literal) noexcept {
-        if (left() < literal.size()) return false;
-        for (std::size_t place = 0; place < literal.size(); ++place) {
-            if (at_[place] != literal[place]) return false;
-        }
-        at_ += literal.size();
-        return true;
+/// The index of the longest name that comes next.
+unsigned DatePattern::readName(const Step& step, DateTextReader& reader) const noexcept {
+    unsigned found = DateTextReader::none;
+    std::size_t length = 0;
+    for (unsigned index = 0; index < nameCount(step.field); ++index) {
+        const std::string_view name = text(pieces_[step.piece + index]);
+        if (name.size() <= length || !reader.isAt(name)) continue;
+        found = index;
+        length = name.size();
     }
+    reader.advance(length);
+    return found;
+}
 
-    /// Exactly two digits.
-    [[gnu::always_inline]] unsigned two() noexcept {
-        if (left() < 2) return noNumber;
-        const unsigned tens = digit(0);
-        const unsigned ones = digit(1);
-        at_ += 2;
-        return std::max(tens, ones) > 9 ? noNumber : 10 * tens + ones;
-    }
-
-    /// Exactly `width` digits.
-    [[gnu::always_inline]] unsigned digits(std::size_t width) noexcept {
-        if (left() < width) return noNumber;
-        unsigned number = 0;
-        unsigned greatest = 0;
-        for (std::size_t place = 0; place < width; ++place) {
-            greatest = std::max(greatest, digit(place));
-            number = 10 * number + digit(place);
-        }
-        at_ += width;
-        return greatest > 9 ? noNumber : number;
-    }
-
-    /// As many digits as there are, `most` of them at most.
-    unsigned digitsUpTo(std::size_t most) noexcept {
-        std::size_t width = 0;
-        while (width < most && width < left() && digit(width) <= 9)
-            ++width;
-        return width == 0 ? noNumber : digits(width);
-    }
-
-    /// The index of the longest name that comes next, in whatever case ASCII letters are.
-    unsigned name(std::span<const Piece> names, std::string_view texts) noexcept {
-        unsigned found = noNumber;
-        std::size_t length = 0;
-        for (unsigned index = 0; index < names.size(); ++index) {
-            const Piece piece = names[index];
-            if (piece.size <= length || piece.size > left()) continue;
-            const std::string_view name = texts.substr(piece.place, piece.size);
-            if (!std::ranges::equal(name, std::string_view(at_, piece.size), {}, lowerCase, lowerCase)) continue;
-            found = index;
-            length = piece.size;
-        }
-        at_ += length;
-        return found;
-    }
-
-  private:
-    [[nodiscard]] std::size_t left() const noexcept { return static_cast<std::size_t>(end_ - at_); }
-
-    /// More than nine for what is no digit.
-    [[nodiscard]] unsigned digit(std::size_t place) const noexcept {
-        return static_cast<unsigned char>(at_[place]) - unsigned{'0'};
-    }
-
-    const char* at_;
-    const char* end_;
-};
-
-[[gnu::always_inline]] inline bool DatePattern::parseStep(const Step& step, Reader& reader,
+[[gnu::always_inline]] inline bool DatePattern::parseStep(const Step& step, DateTextReader& reader,
                                                           Parsed& parsed) const noexcept {
     const auto number = [&] { return step.width == 2 ? reader.two() : reader.digitsUpTo(2); };
     switch (step.field) {
         case Field::literal:
-            return reader.skip(std::string_view(texts_).substr(pieces_[step.piece].place, pieces_[step.piece].size));
+            return reader.skip(text(pieces_[step.piece]));
         case Field::year:
             if (step.width == 4) {
                 parsed.year = reader.digits(4);
@@ -413,7 +220,7 @@ class DatePattern::Reader {
             return parsed.second <= 59;
         case Field::fraction: {
             const unsigned fraction = reader.digits(step.width);
-            if (fraction == noNumber) return false;
+            if (fraction == DateTextReader::none) return false;
             constexpr std::array<unsigned, 4> scale = {1000, 100, 10, 1};
             parsed.milliseconds = step.width <= 3 ? fraction * scale[step.width] : fraction;
             for (unsigned width = step.width; width > 3; --width)
@@ -432,21 +239,21 @@ class DatePattern::Reader {
             parsed.second = reader.two();
             return parsed.hour <= 23 && parsed.minute <= 59 && parsed.second <= 59;
         case Field::dayPeriod: {
-            const unsigned period = reader.name(names(step), texts_);
+            const unsigned period = readName(step, reader);
             parsed.isAfternoon = period == 1;
-            return period != noNumber;
+            return period != DateTextReader::none;
         }
         case Field::monthName:
-            parsed.month = reader.name(names(step), texts_) + 1;
-            return parsed.month != noNumber + 1;
+            parsed.month = readName(step, reader) + 1;
+            return parsed.month != DateTextReader::none + 1;
         case Field::weekdayName:
-            return reader.name(names(step), texts_) != noNumber;
+            return readName(step, reader) != DateTextReader::none;
     }
     return false;
 }
 
 bool DatePattern::parse(std::string_view text, Moment& local) const noexcept {
-    Reader reader(text);
+    DateTextReader reader(text);
     Parsed parsed;
     for (const Step& step : steps_) {
         if (!parseStep(step, reader, parsed)) return false;

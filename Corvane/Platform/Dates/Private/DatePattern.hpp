@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +11,8 @@
 #include <Corvane/Platform/Dates/Private/LocaleSymbols.hpp>
 
 namespace corvane {
+
+class DateTextReader;
 
 /// A pattern of date fields (UTS #35, part 4, section 8) compiled for a locale that writes Latin digits and Gregorian
 /// dates. Immutable; any thread.
@@ -45,6 +46,8 @@ class DatePattern {
     [[nodiscard]] bool parse(std::string_view text, Moment& local) const noexcept;
 
   private:
+    friend class DatePatternCompiler;
+
     enum class Field : std::uint8_t {
         month,
         day,
@@ -79,21 +82,23 @@ class DatePattern {
         std::uint16_t size;
     };
 
-    class Reader;
     struct Parsed;
+
+    /// Pieces are copied by so many bytes, as copies of a fixed size are the fastest.
+    static constexpr std::size_t block = 16;
 
     DatePattern() = default;
 
-    [[nodiscard]] bool addField(char letter, std::size_t width, const LocaleSymbols& symbols);
-    void fuse();
-    void addLiteral(std::string_view text);
-    [[nodiscard]] bool addNames(Field field, const LocaleSymbols::Names& names);
     [[nodiscard]] static std::size_t nameCount(Field field) noexcept;
-    void addPiece(std::string_view text);
-    [[nodiscard]] std::span<const Piece> names(const Step& step) const noexcept;
+
+    [[nodiscard]] std::string_view text(Piece piece) const noexcept {
+        return {texts_.data() + piece.place, piece.size};
+    }
+
     char* append(char* to, Piece piece) const noexcept;
     char* write(char* to, Moment local) const noexcept;
-    bool parseStep(const Step& step, Reader& reader, Parsed& parsed) const noexcept;
+    unsigned readName(const Step& step, DateTextReader& reader) const noexcept;
+    bool parseStep(const Step& step, DateTextReader& reader, Parsed& parsed) const noexcept;
 
     std::vector<Step> steps_;
     std::vector<Piece> pieces_;
