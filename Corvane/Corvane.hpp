@@ -73,6 +73,7 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/ApiDataProvider.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/DataProviderResponse.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/DownloadFailure.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/FailureCases.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPHeaders.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPMethods.hpp>
