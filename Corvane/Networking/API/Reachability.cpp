@@ -21,10 +21,6 @@ Connection connectionBy(NetworkFlags flags, bool allowsCellular) noexcept {
     return flags.connectsByItself() ? Connection::wifi : Connection::unavailable;
 }
 
-std::shared_ptr<const Reachability::Callback> shared(Reachability::Callback callback) {
-    return callback ? std::make_shared<const Reachability::Callback>(std::move(callback)) : nullptr;
-}
-
 }  // namespace
 
 void ReachabilityWeakifier::flagsChanged(NetworkFlags flags) {
@@ -135,7 +131,7 @@ void Reachability::take(NetworkFlags flags) {
 }
 
 void Reachability::notify() {
-    std::shared_ptr<const Callback> callback;
+    Slot callback;
     std::shared_ptr<NotificationCenter> center;
     {
         const std::lock_guard lock(lock_);
@@ -194,35 +190,36 @@ std::optional<NetworkFlags> Reachability::flags() const {
     return flags_;
 }
 
-Reachability::Callback Reachability::whenReachable() const {
-    std::shared_ptr<const Callback> callback;
+Reachability::Callback Reachability::callbackIn(const Slot& slot) const {
+    Slot callback;
     {
         const std::lock_guard lock(lock_);
-        callback = whenReachable_;
+        callback = slot;
     }
     return callback ? *callback : nullptr;
+}
+
+void Reachability::setCallbackIn(Slot& slot, Callback callback) {
+    // The former callback ends after the lock.
+    Slot next = callback ? std::make_shared<const Callback>(std::move(callback)) : nullptr;
+    const std::lock_guard lock(lock_);
+    slot.swap(next);
+}
+
+Reachability::Callback Reachability::whenReachable() const {
+    return callbackIn(whenReachable_);
 }
 
 void Reachability::setWhenReachable(Callback callback) {
-    // The former callback ends after the lock.
-    auto next = shared(std::move(callback));
-    const std::lock_guard lock(lock_);
-    whenReachable_.swap(next);
+    setCallbackIn(whenReachable_, std::move(callback));
 }
 
 Reachability::Callback Reachability::whenUnreachable() const {
-    std::shared_ptr<const Callback> callback;
-    {
-        const std::lock_guard lock(lock_);
-        callback = whenUnreachable_;
-    }
-    return callback ? *callback : nullptr;
+    return callbackIn(whenUnreachable_);
 }
 
 void Reachability::setWhenUnreachable(Callback callback) {
-    auto next = shared(std::move(callback));
-    const std::lock_guard lock(lock_);
-    whenUnreachable_.swap(next);
+    setCallbackIn(whenUnreachable_, std::move(callback));
 }
 
 bool Reachability::allowsCellularConnection() const {

@@ -146,6 +146,9 @@ class CORVANE_EXPORT Reachability : public std::enable_shared_from_this<Reachabi
 
     enum class State : unsigned char { stopped, starting, running };
 
+    /// Shared, so that a callback can be replaced while it runs.
+    using Slot = std::shared_ptr<const Callback>;
+
     Reachability(std::shared_ptr<NetworkPath> path, Queues queues);
 
     [[nodiscard]] static Queues defaultQueues() { return {}; }
@@ -156,6 +159,8 @@ class CORVANE_EXPORT Reachability : public std::enable_shared_from_this<Reachabi
     /// Where callbacks come.
     void notify();
     void uninstall();
+    [[nodiscard]] Callback callbackIn(const Slot& slot) const;
+    void setCallbackIn(Slot& slot, Callback callback);
 
     const std::shared_ptr<NetworkPath> path_;
     const std::shared_ptr<DispatchQueue> queue_;
@@ -169,8 +174,8 @@ class CORVANE_EXPORT Reachability : public std::enable_shared_from_this<Reachabi
 
     mutable UnfairLock lock_;
     std::optional<NetworkFlags> flags_;
-    std::shared_ptr<const Callback> whenReachable_;
-    std::shared_ptr<const Callback> whenUnreachable_;
+    Slot whenReachable_;
+    Slot whenUnreachable_;
     std::shared_ptr<NotificationCenter> center_;
     bool allowsCellular_ = true;
 };

@@ -32,21 +32,30 @@ std::string textOf(Bytes bytes) {
     return text;
 }
 
-std::string kindOf(Bytes linkInfo) {
-    while (const auto attribute = takeAttribute(linkInfo)) {
-        if (attribute->type == IFLA_INFO_KIND) return textOf(attribute->payload);
-    }
-    return {};
+/// What a message of this kind says: its fixed part, and the attributes behind it.
+template <class Head>
+struct Content {
+    Head head;
+    Bytes attributes;
+};
+
+template <class Head>
+std::optional<Content<Head>> contentOf(Bytes payload) noexcept {
+    const auto head = read<Head>(payload);
+    if (!head) return std::nullopt;
+    return Content<Head>{*head, payload.subspan(sizeof(Head))};
 }
 
-bool isScanResult(Bytes link) noexcept {
-    const auto head = read<ifinfomsg>(link);
-    if (!head || head->ifi_change != 0) return false;
-    Bytes attributes = link.subspan(sizeof *head);
+std::optional<Bytes> findAttribute(Bytes attributes, std::uint16_t type) noexcept {
     while (const auto attribute = takeAttribute(attributes)) {
-        if (attribute->type == IFLA_WIRELESS) return true;
+        if (attribute->type == type) return attribute->payload;
     }
-    return false;
+    return std::nullopt;
+}
+
+bool isScanResult(Bytes payload) noexcept {
+    const auto link = contentOf<ifinfomsg>(payload);
+    return link && link->head.ifi_change == 0 && findAttribute(link->attributes, IFLA_WIRELESS);
 }
 
 bool isWWAN(const LinkState& link) noexcept {
@@ -67,12 +76,11 @@ bool leadsSomewhere(std::uint8_t type) noexcept {
 }  // namespace
 
 std::optional<RouteState> parseRoute(Bytes payload) {
-    const auto head = read<rtmsg>(payload);
-    if (!head) return std::nullopt;
+    auto content = contentOf<rtmsg>(payload);
+    if (!content) return std::nullopt;
     RouteState route;
-    route.type = head->rtm_type;
-    Bytes attributes = payload.subspan(sizeof *head);
-    while (const auto attribute = takeAttribute(attributes)) {
+    route.type = content->head.rtm_type;
+    while (const auto attribute = takeAttribute(content->attributes)) {
         switch (attribute->type) {
             case RTA_OIF:
                 route.link = read<int>(attribute->payload).value_or(0);
@@ -92,15 +100,14 @@ std::optional<RouteState> parseRoute(Bytes payload) {
 }
 
 std::optional<LinkState> parseLink(Bytes payload) {
-    const auto head = read<ifinfomsg>(payload);
-    if (!head) return std::nullopt;
+    const auto content = contentOf<ifinfomsg>(payload);
+    if (!content) return std::nullopt;
     LinkState link;
-    link.flags = head->ifi_flags;
-    Bytes attributes = payload.subspan(sizeof *head);
-    while (const auto attribute = takeAttribute(attributes)) {
-        if (attribute->type == IFLA_IFNAME) link.name = textOf(attribute->payload);
-        if (attribute->type == IFLA_LINKINFO) link.kind = kindOf(attribute->payload);
-    }
+    link.flags = content->head.ifi_flags;
+    if (const auto name = findAttribute(content->attributes, IFLA_IFNAME)) link.name = textOf(*name);
+    const auto info = findAttribute(content->attributes, IFLA_LINKINFO);
+    if (const auto kind = info.and_then([](Bytes within) { return findAttribute(within, IFLA_INFO_KIND); }))
+        link.kind = textOf(*kind);
     return link;
 }
 
