@@ -10,13 +10,10 @@
 
 #include <Corvane/Concurrency/PreConcurrencyEventDebouncer.hpp>
 
+#include "benchmarks/Dispatch/AsioTimer.hpp"
 #include "benchmarks/Goals.hpp"
 #include "benchmarks/Limits.hpp"
 
-#if CORVANE_PEER_ASIO
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/steady_timer.hpp>
-#endif
 #if CORVANE_PEER_QT
 #include <QCoreApplication>
 #include <QTimer>
@@ -52,23 +49,6 @@ void corvaneDebouncer(benchmark::State& state) {
         other->invalidate();
     if (denied != state.iterations()) state.SkipWithError("an event got lost");
 }
-
-#if CORVANE_PEER_ASIO
-void asioTimer(benchmark::State& state) {
-    boost::asio::io_context context(1);
-    std::vector<boost::asio::steady_timer> others;
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
-        others.emplace_back(context, std::chrono::seconds(10) + std::chrono::milliseconds(i)).async_wait([](auto) {});
-    }
-    boost::asio::steady_timer timer(context);
-    std::uint64_t count = 0, fired = 0, denied = 0;
-    for (auto _ : state) {
-        timer.expires_after(std::chrono::milliseconds(300));
-        timer.async_wait([&](boost::system::error_code error) { ++(error ? denied : fired); });
-        if (++count % 256 == 0) context.poll();
-    }
-}
-#endif
 
 #if CORVANE_PEER_QT
 void qtTimer(benchmark::State& state) {

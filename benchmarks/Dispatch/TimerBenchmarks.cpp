@@ -8,13 +8,10 @@
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Timer.hpp>
 
+#include "benchmarks/Dispatch/AsioTimer.hpp"
 #include "benchmarks/Goals.hpp"
 #include "benchmarks/Limits.hpp"
 
-#if CORVANE_PEER_ASIO
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/steady_timer.hpp>
-#endif
 #if CORVANE_PEER_UV
 #include <uv.h>
 #endif
@@ -51,24 +48,6 @@ void corvaneNewTimer(benchmark::State& state) {
     }
     if (timer != nullptr) timer->invalidate();
 }
-
-#if CORVANE_PEER_ASIO
-void asioTimer(benchmark::State& state) {
-    boost::asio::io_context context(1);
-    std::vector<boost::asio::steady_timer> others;
-    for (std::int64_t i = 0; i < state.range(0); ++i) {
-        others.emplace_back(context, std::chrono::seconds(10) + std::chrono::milliseconds(i)).async_wait([](auto) {});
-    }
-    boost::asio::steady_timer timer(context);
-    std::uint64_t count = 0;
-    for (auto _ : state) {
-        // Cancels the wait before; its handler is queued and has to run.
-        timer.expires_after(std::chrono::milliseconds(300));
-        timer.async_wait([](auto) {});
-        if (++count % 256 == 0) context.poll();
-    }
-}
-#endif
 
 #if CORVANE_PEER_UV
 void uvTimer(benchmark::State& state) {

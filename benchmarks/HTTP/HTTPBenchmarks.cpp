@@ -5,13 +5,11 @@
 //     HTTPBenchmarks --benchmark_filter=Many
 //     HTTPBenchmarks --benchmark_filter=Memory
 
-#include <chrono>
-
 #include <benchmark/benchmark.h>
 
 #include "CorvaneClient.hpp"
 #include "CurlClients.hpp"
-#include "MeasureEach.hpp"
+#include "Measure.hpp"
 #include "MemoryInFlight.hpp"
 #include "QtClient.hpp"
 #include "RawClients.hpp"
@@ -33,21 +31,6 @@ void Conditional(benchmark::State& state) {
 }
 
 template <class Client>
-void Many(benchmark::State& state) {
-    Client client;
-    const auto document = static_cast<std::size_t>(state.range(0));
-    const std::size_t total = document == 0 ? 6400 : 1280;
-    client.getMany(document, 640);
-    const double cpu = cpuSeconds();
-    const auto start = std::chrono::steady_clock::now();
-    for (auto iteration : state)
-        client.getMany(document, total);
-    const double requests = static_cast<double>(total) * static_cast<double>(state.iterations());
-    state.counters["per_s"] = requests * 1e6 / microsecondsSince(start);
-    state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / requests;
-}
-
-template <class Client>
 void registerOneAtATime(const std::string& name) {
     benchmark::RegisterBenchmark((name + "/Get2k").c_str(), Get<Client>)->Arg(0)->Iterations(3000)->UseRealTime();
     benchmark::RegisterBenchmark((name + "/Get200k").c_str(), Get<Client>)->Arg(1)->Iterations(600)->UseRealTime();
@@ -56,8 +39,11 @@ void registerOneAtATime(const std::string& name) {
 
 template <class Client>
 void registerMany(const std::string& name) {
-    benchmark::RegisterBenchmark((name + "/Many2k").c_str(), Many<Client>)->Arg(0)->Iterations(2)->UseRealTime();
-    benchmark::RegisterBenchmark((name + "/Many200k").c_str(), Many<Client>)->Arg(1)->Iterations(2)->UseRealTime();
+    benchmark::RegisterBenchmark((name + "/Many2k").c_str(), measureMany<Client>)->Arg(0)->Iterations(2)->UseRealTime();
+    benchmark::RegisterBenchmark((name + "/Many200k").c_str(), measureMany<Client>)
+        ->Arg(1)
+        ->Iterations(2)
+        ->UseRealTime();
 }
 
 const std::string get2k = "/Get2k/0/iterations:3000/real_time";
@@ -69,9 +55,7 @@ const std::string many200k = "/Many200k/1/iterations:2/real_time";
 }  // namespace
 
 int main(int argc, char** argv) {
-    require(origin().failure().empty(), origin().failure().c_str());
-    origin().serve("2k.json", std::string(documentSizes[0], ' '));
-    origin().serve("200k.json", std::string(documentSizes[1], ' '));
+    serveDocuments();
     curl_global_init(CURL_GLOBAL_ALL);
 
     registerOneAtATime<RawClient>("Raw");

@@ -26,6 +26,12 @@ inline void require(bool holds, const char* what) {
     std::exit(1);
 }
 
+inline void serveDocuments() {
+    require(origin().failure().empty(), origin().failure().c_str());
+    origin().serve("2k.json", std::string(documentSizes[0], ' '));
+    origin().serve("200k.json", std::string(documentSizes[1], ' '));
+}
+
 inline std::string documentURL(std::size_t document) {
     return origin().url(NginxOrigin::Endpoint::http, documentPaths.at(document));
 }

@@ -24,6 +24,7 @@
 
 #include "benchmarks/Goals.hpp"
 #include "benchmarks/HTTP/CurlClients.hpp"
+#include "benchmarks/HTTP/Measure.hpp"
 
 namespace {
 
@@ -69,19 +70,6 @@ class CachedRoad {
     std::size_t toStart_ = 0;
     std::size_t toFinish_ = 0;
 };
-
-template <class Client>
-void Many(benchmark::State& state) {
-    Client client;
-    const auto document = static_cast<std::size_t>(state.range(0));
-    const std::size_t total = document == 0 ? 6400 : 1280;
-    client.getMany(document, 640);
-    const double cpu = cpuSeconds();
-    for (auto iteration : state)
-        client.getMany(document, total);
-    const double requests = static_cast<double>(total) * static_cast<double>(state.iterations());
-    state.counters["cpu_ms_per_1k"] = (cpuSeconds() - cpu) * 1e6 / requests;
-}
 
 /// A port on which connections are made and nothing is ever answered.
 class SilentPort {
@@ -190,17 +178,18 @@ const std::string large = "/1/iterations:2/real_time";
 }  // namespace
 
 int main(int argc, char** argv) {
-    require(origin().failure().empty(), origin().failure().c_str());
-    origin().serve("2k.json", std::string(documentSizes[0], ' '));
-    origin().serve("200k.json", std::string(documentSizes[1], ' '));
+    serveDocuments();
     curl_global_init(CURL_GLOBAL_ALL);
 
     for (const int document : {0, 1}) {
-        benchmark::RegisterBenchmark("ManyCurlMultiPollAndStore", Many<CurlMultiPollAndStore>)
+        benchmark::RegisterBenchmark("ManyCurlMultiPollAndStore", measureMany<CurlMultiPollAndStore>)
             ->Arg(document)
             ->Iterations(2)
             ->UseRealTime();
-        benchmark::RegisterBenchmark("ManyCachedRoad", Many<CachedRoad>)->Arg(document)->Iterations(2)->UseRealTime();
+        benchmark::RegisterBenchmark("ManyCachedRoad", measureMany<CachedRoad>)
+            ->Arg(document)
+            ->Iterations(2)
+            ->UseRealTime();
     }
     for (const int contexts : {1000, 10'000, 40'000})
         benchmark::RegisterBenchmark("ReplaceContexts", ReplaceContexts)->Arg(contexts)->UseManualTime();

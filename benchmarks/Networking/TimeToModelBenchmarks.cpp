@@ -19,7 +19,7 @@
 #include "QtModelClient.hpp"
 #include "benchmarks/Goals.hpp"
 #include "benchmarks/HTTP/CurlClients.hpp"
-#include "benchmarks/HTTP/MeasureEach.hpp"
+#include "benchmarks/HTTP/Measure.hpp"
 #include "benchmarks/JSON/Fixtures.hpp"
 #include "benchmarks/JSON/Matchday.hpp"
 
