@@ -64,7 +64,7 @@ bool isRunnable(pid_t thread) noexcept {
     ::close(file);
     const std::string_view line(text.data(), static_cast<std::size_t>(size));
     const std::size_t nameEnd = line.rfind(") ");
-    return nameEnd != line.npos && nameEnd + 2 < line.size() && line[nameEnd + 2] == 'R';
+    return nameEnd != std::string_view::npos && nameEnd + 2 < line.size() && line[nameEnd + 2] == 'R';
 }
 
 }  // namespace

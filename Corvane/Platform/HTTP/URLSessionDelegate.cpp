@@ -20,9 +20,12 @@ URLSessionAuthChallengeDecision URLSessionDelegate::taskDidReceiveChallenge(
 void URLSessionDelegate::dataTaskDidReceiveData(URLSession& /*session*/, URLSessionDataTask& /*task*/,
                                                 const Data& /*data*/) {}
 
+// NOLINTBEGIN(performance-unnecessary-value-param): those who override these may keep the error.
 void URLSessionDelegate::taskDidComplete(URLSession& /*session*/, URLSessionDataTask& /*task*/,
                                          std::optional<PlatformError> /*error*/) {}
 
 void URLSessionDelegate::sessionDidBecomeInvalid(URLSession& /*session*/, std::optional<PlatformError> /*error*/) {}
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace corvane

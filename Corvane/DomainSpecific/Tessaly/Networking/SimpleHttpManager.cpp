@@ -60,8 +60,9 @@ void SimpleHttpManager::request(std::shared_ptr<const SimpleHttpRequest> request
         if (callback) callback(SimpleHttpResponse(SimpleHttpResponse::Errors::invalidUrl()));
         return;
     }
-    const auto task = makeTask(*std::move(urlRequest), request, std::move(callback));
-    task->setTaskDescription(request->description());
+    std::string description = request->description();
+    const auto task = makeTask(*std::move(urlRequest), std::move(request), std::move(callback));
+    task->setTaskDescription(std::move(description));
     task->resume();
 }
 

@@ -48,12 +48,9 @@ void DataTask::resume() {
         NetworkThread::shared().update(shared_from_this());
         return;
     }
-    std::optional<PlatformError> refusal;
-    if (isRefused_) {
-        refusal = makeURLError(URLError::cancelled, "The session has been invalidated.");
-    } else if (!(refusal = problem(request_))) {
-        refusal = problem(session->configuration().httpAdditionalHeaders);
-    }
+    std::optional<PlatformError> refusal =
+        isRefused_ ? makeURLError(URLError::cancelled, "The session has been invalidated.") : problem(request_);
+    if (!refusal) refusal = problem(session->configuration().httpAdditionalHeaders);
     if (refusal) {
         finish({.error = std::move(refusal)});
     } else {

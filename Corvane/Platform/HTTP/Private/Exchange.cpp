@@ -168,6 +168,7 @@ bool Exchange::setFields() {
 Exchange& Exchange::of(CURL* handle) noexcept {
     char* self = nullptr;
     curl_easy_getinfo(handle, CURLINFO_PRIVATE, &self);
+    // NOLINTNEXTLINE(bugprone-casting-through-void): libcurl hands back what it was given, typed as text.
     return *static_cast<Exchange*>(static_cast<void*>(self));
 }
 
