@@ -43,8 +43,9 @@ void Downloads::load(std::string path, Options options, Done done) {
         if (self && self->pending_[context] == ours) self->pending_.erase(context);
         if (done) done(download);
     };
+    const bool usesCache = options.usesCache;
     manager_->performApi(
-        {.request = ApiRequest::make(std::move(fields)), .context = context}, options.usesCache,
+        {.request = ApiRequest::make(std::move(fields)), .context = context}, usesCache,
         [path = std::move(path), options = std::move(options), start = std::chrono::steady_clock::now(),
          finish = std::move(finish)](RequestManagerResult result) mutable {
             const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;

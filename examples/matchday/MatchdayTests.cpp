@@ -56,6 +56,7 @@ class Matchday {
         }
         arguments.insert(arguments.begin(), MATCHDAY_PROGRAM);
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             argv.push_back(argument.data());
         argv.push_back(nullptr);

@@ -112,7 +112,7 @@ Task<> Scoreboard::keep(std::shared_ptr<Scoreboard> self, std::string document, 
 
 Task<Scoreboard::Failure> Scoreboard::load() {
     heading("Loading");
-    co_await corvane::withContinuation<void>([this](corvane::Continuation<void> loaded) {
+    co_await corvane::withContinuation<void>([this](const corvane::Continuation<void>& loaded) {
         // Four places of the screen ask at once, none of them knowing of the others.
         fetch("games for the list", league_->fixtures("list", true), &Scoreboard::matchday_);
         fetch("games for the ticker", league_->fixtures("ticker", true), &Scoreboard::matchday_);
@@ -207,7 +207,7 @@ Task<Scoreboard::Failure> Scoreboard::meetFaults() {
 
 Task<Scoreboard::Failure> Scoreboard::follow() {
     heading("Live");
-    co_await corvane::withContinuation<void>([this](corvane::Continuation<void> seen) {
+    co_await corvane::withContinuation<void>([this](const corvane::Continuation<void>& seen) {
         live_ = LiveBoard::make({.terminal = terminal_,
                                  .league = league_,
                                  .downloads = downloads_,

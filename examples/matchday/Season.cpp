@@ -106,7 +106,7 @@ void Season::kickOffToday(corvane::Date now) {
                         .score = std::nullopt};
         if (status != upcoming) fixture.score = Score{goalsBy(home, minute), goalsBy(away, minute)};
         if (status == finished) enterResult(home, away, *fixture.score);
-        matchday_.fixtures.push_back(std::move(fixture));
+        matchday_.fixtures.push_back(fixture);
     }
 }
 

@@ -28,6 +28,7 @@ SignalWatcher::SignalWatcher(std::function<void(int)> onSignal) {
 
 SignalWatcher::~SignalWatcher() {
     isEnding_.store(true);
+    // NOLINTNEXTLINE(bugprone-bad-signal-to-kill-thread): it waits for the signal, which ends nothing.
     pthread_kill(thread_.native_handle(), SIGTERM);
     thread_.join();
 }
