@@ -184,6 +184,7 @@
 #include <Corvane/Platform/JSON/JSONNumber.hpp>
 #include <Corvane/Platform/JSON/JSONOutput.hpp>
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
+#include <Corvane/Platform/JSON/JSONTokens.hpp>
 #include <Corvane/Platform/JSON/JSONValue.hpp>
 #include <Corvane/Platform/JSON/KeyedDecodingContainer.hpp>
 #include <Corvane/Platform/JSON/KeyedEncodingContainer.hpp>

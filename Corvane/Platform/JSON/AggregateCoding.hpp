@@ -38,50 +38,68 @@ struct MemberCoding {
 
     constexpr MemberCoding(std::string_view memberKey, Read readMember, bool isRequired)
         : key(memberKey), read(readMember), required(isRequired) {
-        std::array<unsigned char, word> first{};
-        std::array<unsigned char, word> used{};
-        std::array<unsigned char, word> last{};
-        for (std::size_t i = 0; i < key.size() && i < word; ++i) {
-            first[i] = static_cast<unsigned char>(key[i]);
-            used[i] = 0xFF;
+        if (key.contains('\\')) {
+            // A document has it with escapes.
+            quoted[0].mask = ~std::uint64_t{0};
+            return;
         }
-        for (std::size_t i = 0; key.size() >= word && i < word; ++i)
-            last[i] = static_cast<unsigned char>(key[key.size() - word + i]);
-        head = std::bit_cast<std::uint64_t>(first);
-        headMask = std::bit_cast<std::uint64_t>(used);
-        tail = std::bit_cast<std::uint64_t>(last);
+        for (std::size_t i = 0; i < quoted.size(); ++i)
+            for (std::size_t j = 0; j < word && i * word + j < key.size() + 2; ++j)
+                quoted[i].add(j, quotedCharacter(i * word + j));
     }
 
-    /// Whether `other` is the key. Eight bytes must be readable from its beginning, however short it is.
-    [[nodiscard, gnu::always_inline]] bool isKey(std::string_view other) const noexcept {
-        if (other.size() != key.size() || ((load(other.data()) ^ head) & headMask) != 0) return false;
-        if (other.size() <= word) return true;
-        if (load(other.data() + other.size() - word) != tail) return false;
-        return other.size() <= 2 * word || other == key;
+    /// Whether the key stands at `quote`, in quotes and without escapes. Sixteen bytes must be readable there, and so
+    /// must be what is before `limit`.
+    [[nodiscard, gnu::always_inline]] bool isAt(const char* quote, const char* limit) const noexcept {
+        if (!quoted[0].matches(quote) || !quoted[1].matches(quote + word)) return false;
+        if (key.size() + 2 <= 2 * word) return true;
+        const auto room = static_cast<std::size_t>(limit - quote);
+        return room >= key.size() + 2 && quote[key.size() + 1] == '"' &&
+               std::memcmp(quote + 1, key.data(), key.size()) == 0;
     }
 
     std::string_view key;
     Read read = nullptr;
-    /// The first bytes of the key, zeros behind it, and the last ones of a long key.
-    std::uint64_t head = 0;
-    std::uint64_t headMask = 0;
-    std::uint64_t tail = 0;
     /// An object of the struct and this member of it, of which only the distance is of interest; null for other kinds.
     const void* object = nullptr;
     const void* member = nullptr;
     /// For a member that is a struct itself.
     const AggregateCoding* nested = nullptr;
+    /// Among the members of the struct.
+    std::uint64_t bit = 0;
     MemberKind kind = MemberKind::other;
     bool required = false;
 
   private:
     static constexpr std::size_t word = sizeof(std::uint64_t);
 
-    static std::uint64_t load(const char* text) noexcept {
+    /// Characters to compare in one go; the others may be any.
+    struct Word {
         std::uint64_t bytes = 0;
-        std::memcpy(&bytes, text, sizeof bytes);
-        return bytes;
+        std::uint64_t mask = 0;
+
+        constexpr void add(std::size_t place, char character) {
+            std::array<unsigned char, word> one{};
+            one[place] = static_cast<unsigned char>(character);
+            bytes |= std::bit_cast<std::uint64_t>(one);
+            one[place] = 0xFF;
+            mask |= std::bit_cast<std::uint64_t>(one);
+        }
+
+        [[nodiscard, gnu::always_inline]] bool matches(const char* text) const noexcept {
+            std::uint64_t found = 0;
+            std::memcpy(&found, text, sizeof found);
+            return ((found ^ bytes) & mask) == 0;
+        }
+    };
+
+    [[nodiscard]] constexpr char quotedCharacter(std::size_t place) const {
+        return place == 0 || place == key.size() + 1 ? '"' : key[place - 1];
     }
+
+    /// The beginning of the key as it stands in a document; zeros, which no document has, when it cannot stand there
+    /// without escapes.
+    std::array<Word, 2> quoted;
 };
 
 /// How the members of a struct are found and read. At most 64.
@@ -90,28 +108,36 @@ struct AggregateCoding {
     /// For each length of a key the members that have such a key; long ones share the last place.
     std::array<std::uint64_t, 32> byLength{};
     std::uint64_t required = 0;
-    /// Whether a key holds a backslash: then a document's keys are only like ours without their escapes.
-    bool hasBackslash = false;
 
     constexpr explicit AggregateCoding(std::span<const MemberCoding> coded) : members(coded) {
         for (std::size_t i = 0; i < members.size(); ++i) {
             byLength[lengthClass(members[i].key.size())] |= std::uint64_t{1} << i;
             if (members[i].required) required |= std::uint64_t{1} << i;
-            hasBackslash = hasBackslash || members[i].key.contains('\\');
         }
     }
 
     static constexpr std::size_t lengthClass(std::size_t length) noexcept { return length < 31 ? length : 31; }
 
-    /// The member called `key`, or the number of members. `likely` is looked at first. Eight bytes must be readable
-    /// from the beginning of `key`.
-    [[nodiscard, gnu::always_inline]] std::size_t find(std::string_view key, std::size_t likely) const noexcept {
-        if (likely < members.size() && members[likely].isKey(key)) return likely;
-        for (std::uint64_t left = byLength[lengthClass(key.size())]; left != 0; left &= left - 1) {
-            const auto candidate = static_cast<std::size_t>(std::countr_zero(left));
-            if (members[candidate].isKey(key)) return candidate;
+    /// The member called `key`, or null.
+    [[nodiscard]] const MemberCoding* find(std::string_view key) const noexcept {
+        return among(key.size(), [key](const MemberCoding& member) { return member.key == key; });
+    }
+
+    /// The same for a key that stands in a document; one with escapes is not found.
+    [[nodiscard, gnu::always_inline]] const MemberCoding* findAt(std::string_view raw) const noexcept {
+        return among(raw.size(), [raw](const MemberCoding& member) {
+            return member.isAt(raw.data() - 1, raw.data() + raw.size() + 1);
+        });
+    }
+
+  private:
+    template <class Matches>
+    [[gnu::always_inline]] const MemberCoding* among(std::size_t length, Matches matches) const noexcept {
+        for (std::uint64_t left = byLength[lengthClass(length)]; left != 0; left &= left - 1) {
+            const MemberCoding& member = members[static_cast<std::size_t>(std::countr_zero(left))];
+            if (matches(member)) return &member;
         }
-        return members.size();
+        return nullptr;
     }
 };
 

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <expected>
+#include <forward_list>
 #include <limits>
 #include <optional>
 #include <string>
@@ -16,6 +16,7 @@
 #include <Corvane/Platform/JSON/CodingPath.hpp>
 #include <Corvane/Platform/JSON/DecodingError.hpp>
 #include <Corvane/Platform/JSON/JSONNumber.hpp>
+#include <Corvane/Platform/JSON/JSONTokens.hpp>
 
 namespace corvane {
 
@@ -108,8 +109,8 @@ class CORVANE_EXPORT JSONCursor {
     /// How many elements there are at most in an array that began at `begin` and has `count` elements up to here, if
     /// the others are like them. There is at least one.
     [[nodiscard]] std::size_t expectedElements(std::uint32_t begin, std::size_t count) const noexcept {
-        const std::size_t tokens = (at_ - begin) / count;
-        return count + (tokenCount_ - at_) / (tokens > 0 ? tokens : 1) + 1;
+        const std::size_t tokens = (tokens_.position() - begin) / count;
+        return count + tokens_.left() / (tokens > 0 ? tokens : 1) + 1;
     }
 
     using ReadEntry = bool (*)(JSONCursor&, void* dictionary, std::string_view key, const CodingStep*);
@@ -117,7 +118,8 @@ class CORVANE_EXPORT JSONCursor {
     /// How many members the dictionary at the cursor has at most; it has been passed before.
     [[nodiscard]] std::size_t mostMembers() const noexcept {
         // Each is a key, a colon, at least one more token, and a comma or the closing bracket.
-        return at_ < behind_.size() && behind_[at_] > at_ ? (behind_[at_] - at_ - 1) / 4 : 0;
+        const std::uint32_t at = tokens_.position();
+        return at < behind_.size() && behind_[at] > at ? (behind_[at] - at - 1) / 4 : 0;
     }
 
     /// Calls `entry` for each member with the cursor at its value.
@@ -140,12 +142,12 @@ class CORVANE_EXPORT JSONCursor {
     bool listMembers(JSONMemberTable& table, const CodingStep* path);
     bool listElements(std::vector<std::uint32_t>& elements, const CodingStep* path);
 
-    [[nodiscard]] std::uint32_t position() const noexcept { return at_; }
+    [[nodiscard]] std::uint32_t position() const noexcept { return tokens_.position(); }
 
-    void moveTo(std::uint32_t position) noexcept { at_ = position; }
+    void moveTo(std::uint32_t position) noexcept { tokens_.moveTo(position); }
 
     /// A copy of the step that lives as long as the cursor.
-    const CodingStep* keep(const CodingStep& step) { return &steps_.emplace_back(step); }
+    const CodingStep* keep(const CodingStep& step) { return &steps_.emplace_front(step); }
 
     /// Always false.
     bool fail(DecodingError error);
@@ -178,46 +180,28 @@ class CORVANE_EXPORT JSONCursor {
     };
 
   private:
-    JSONCursor(std::string_view text, JSONStructure& structure);
-
-    /// The first character of the token at the cursor, zero behind the last.
-    [[nodiscard]] char peek() const noexcept { return at_ < tokenCount_ ? text_[tokens_[at_]] : '\0'; }
-
-    [[nodiscard]] const char* tokenBegin() const noexcept { return text_ + tokens_[at_]; }
-
-    /// Where the token at the cursor ends at the latest: where the next one begins.
-    [[nodiscard]] const char* tokenEnd() const noexcept {
-        return text_ + (at_ + 1 < tokenCount_ ? tokens_[at_ + 1] : size_);
-    }
+    explicit JSONCursor(JSONStructure& structure);
 
     [[nodiscard]] std::string_view tokenText() const noexcept;
-    [[nodiscard]] bool take(char character) noexcept;
-    [[nodiscard]] bool isLiteral(std::string_view literal) const noexcept;
-    [[nodiscard]] bool rawText(std::string_view& raw) const noexcept;
     [[nodiscard]] bool unescape(std::string_view& raw);
-    [[nodiscard]] bool passKey(std::string_view& raw) noexcept;
-    [[nodiscard]] bool readKey(std::string_view& key);
-    [[nodiscard]] bool hasValidEscapes(std::string_view raw);
+    [[nodiscard]] bool takeUnescapedKey(std::string_view& key);
     [[nodiscard]] static bool numberValue(const JSONNumberText& number, double& value) noexcept;
-    [[nodiscard]] bool takeShortInteger(std::int64_t& value) noexcept;
     [[nodiscard]] bool readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path);
     bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
     bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
     bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);
     bool failMalformed();
     bool skipScalar();
+    [[nodiscard]] bool passKey(JSONTokens& tokens);
+    [[nodiscard]] bool passValue(JSONTokens& tokens);
     template <class T>
-    bool readOptional(std::optional<T>& value, const CodingStep* path);
+    bool read(std::optional<T>& value, const CodingStep* path);
     bool readMember(void* object, const MemberCoding& member, const CodingStep* path);
     bool readAggregateExactly(void* object, const AggregateCoding& coding, const CodingStep* path);
     void startAgainExactly();
     [[nodiscard]] std::string_view kept(std::string_view text);
 
-    const char* text_;
-    const std::uint32_t* tokens_;
-    std::uint32_t size_;
-    std::uint32_t tokenCount_;
-    std::uint32_t at_ = 0;
+    JSONTokens tokens_;
     bool exact_ = false;
     /// In good faith, inside each other.
     unsigned attempts_ = 0;
@@ -227,8 +211,8 @@ class CORVANE_EXPORT JSONCursor {
     std::string scratch_;
     /// For each opening bracket that was passed, the token behind its closing one; empty until wanted.
     std::vector<std::uint32_t> behind_;
-    std::deque<std::string> keptTexts_;
-    std::deque<CodingStep> steps_;
+    std::forward_list<std::string> keptTexts_;
+    std::forward_list<CodingStep> steps_;
     std::optional<DecodingError> error_;
 };
 

@@ -47,26 +47,26 @@ std::optional<DecodingError> JSONCursor::readDocument(std::string_view text, voi
     if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     JSONStructure structure;
     if (const auto code = structure.index(text)) return notJSON(*code);
-    JSONCursor cursor(text, structure);
-    if (read(cursor, target) && cursor.at_ == cursor.tokenCount_) return std::nullopt;
+    JSONCursor cursor(structure);
+    if (read(cursor, target) && cursor.tokens_.isAtEnd()) return std::nullopt;
 
     cursor.startAgainExactly();
     if (!cursor.skip()) return cursor.takeError();
-    if (cursor.at_ != cursor.tokenCount_) {
+    if (!cursor.tokens_.isAtEnd()) {
         cursor.failMalformed();
         return cursor.takeError();
     }
-    cursor.at_ = 0;
+    cursor.moveTo(0);
     if (read(cursor, target)) return std::nullopt;
     return cursor.takeError();
 }
 
 void JSONCursor::startAgainExactly() {
-    at_ = 0;
+    moveTo(0);
     depth_ = 0;
     exact_ = true;
     error_.reset();
-    behind_.assign(tokenCount_, 0);
+    behind_.assign(tokens_.count(), 0);
 }
 
 bool JSONCursor::fail(DecodingError error) {
@@ -78,14 +78,14 @@ bool JSONCursor::failMismatch(std::string_view expected, const CodingStep* path)
     if (!exact_) return false;
     CodingPath codingPath = pathOf(path);
     const std::string place = description(codingPath);
-    if (peek() == 'n') {
+    if (tokens_.peek() == 'n') {
         return fail(DecodingError::valueNotFound(
             std::string(expected),
             {std::move(codingPath), fmt::format("Expected {} but found null at {}.", expected, place)}));
     }
     return fail(DecodingError::typeMismatch(
-        std::string(expected),
-        {std::move(codingPath), fmt::format("Expected {} but found {} at {}.", expected, kindName(peek()), place)}));
+        std::string(expected), {std::move(codingPath), fmt::format("Expected {} but found {} at {}.", expected,
+                                                                   kindName(tokens_.peek()), place)}));
 }
 
 bool JSONCursor::failCorrupted(std::string_view problem, const CodingStep* path) {
@@ -117,8 +117,7 @@ bool JSONCursor::failMalformed() {
     JSONErrorCode code = JSONErrorCode::malformed;
     if (token.starts_with('-') || (token >= "0" && token < ":")) code = JSONErrorCode::invalidNumber;
     if (token.starts_with('{') || token.starts_with('[')) code = JSONErrorCode::tooDeep;
-    const std::uint32_t offset = at_ < tokenCount_ ? tokens_[at_] : size_;
-    return fail(DecodingError::dataCorrupted({{}, fmt::format("{} (byte {})", jsonErrorText(code), offset)}));
+    return fail(DecodingError::dataCorrupted({{}, fmt::format("{} (byte {})", jsonErrorText(code), tokens_.offset())}));
 }
 
 DecodingError JSONCursor::takeError() {

@@ -8,6 +8,7 @@
 #include <Corvane/Platform/JSON/Private/ClippedText.hpp>
 #include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
 #include <Corvane/Platform/JSON/Private/JSONNumberText.hpp>
+#include <Corvane/Platform/JSON/Private/JSONScalars.hpp>
 
 namespace corvane::detail {
 
@@ -52,23 +53,18 @@ bool JSONCursor::numberValue(const JSONNumberText& number, double& value) noexce
     return true;
 }
 
-[[gnu::always_inline]] inline bool JSONCursor::takeShortInteger(std::int64_t& value) noexcept {
-    if (at_ + 1 >= tokenCount_ || !scanShortInteger(tokenBegin(), value)) return false;
-    ++at_;
-    return true;
-}
-
 bool JSONCursor::readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path) {
-    const char first = peek();
+    const char first = tokens_.peek();
     if (!isDigit(first) && first != '-') return failMismatch(expected, path);
-    return scanNumber(tokenBegin(), tokenEnd(), number) || failMalformed();
+    return scanNumber(tokens_.begin(), tokens_.limit(), number) || failMalformed();
 }
 
 bool JSONCursor::read(double& value, const CodingStep* path) {
+    if (takeShortDecimal(tokens_, value)) return true;
     JSONNumberText number;
     if (!readNumber(number, "a number", path)) return false;
     if (!numberValue(number, value)) return failMalformed();
-    ++at_;
+    tokens_.pass();
     return true;
 }
 
@@ -77,15 +73,15 @@ bool JSONCursor::read(float& value, const CodingStep* path) {
     if (!read(wide, path)) return false;
     value = static_cast<float>(wide);
     if (std::isfinite(value)) return true;
-    --at_;
+    tokens_.stepBack();
     return failCorrupted(fmt::format("The number {} is beyond the range of a float", clippedText(tokenText())), path);
 }
 
 bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
-    if (std::int64_t integer = 0; takeShortInteger(integer)) {
+    if (std::int64_t integer = 0; takeShortInteger(tokens_, integer)) {
         value = integer;
         if (least <= integer && integer <= most) return true;
-        --at_;
+        tokens_.stepBack();
         return failRange(least, static_cast<std::uint64_t>(most), path);
     }
     JSONNumberText number;
@@ -102,7 +98,7 @@ bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_
     }
     if (!whole || *whole < least || *whole > most) return failRange(least, static_cast<std::uint64_t>(most), path);
     value = *whole;
-    ++at_;
+    tokens_.pass();
     return true;
 }
 
@@ -117,7 +113,7 @@ bool JSONCursor::readUnsigned(std::uint64_t& value, std::uint64_t most, const Co
     }
     if (!whole || *whole > most) return failRange(0, most, path);
     value = *whole;
-    ++at_;
+    tokens_.pass();
     return true;
 }
 

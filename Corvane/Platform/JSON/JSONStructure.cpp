@@ -54,6 +54,9 @@ std::optional<JSONErrorCode> JSONStructure::index(std::string_view padded) {
                                 simdjson::stage1_mode::regular);
     }
     if (error != simdjson::SUCCESS) return jsonErrorCode(error);
+    text_ = padded;
+    // There is room behind the last offset, and the parser has it hold this in all of its versions so far.
+    parser_->structural_indexes[parser_->n_structural_indexes] = static_cast<std::uint32_t>(padded.size());
     return std::nullopt;
 }
 

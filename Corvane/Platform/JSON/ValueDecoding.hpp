@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <concepts>
 #include <memory>
@@ -96,9 +97,10 @@ inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I
         if constexpr (rule.presence != CodingPresence::notCoded) {
             using Type =
                 std::remove_cvref_t<std::tuple_element_t<Member, decltype(memberReferences(std::declval<T&>()))>>;
-            MemberCoding& coding = codings[count++];
+            MemberCoding& coding = codings[count];
             coding = MemberCoding{rule.key, &readMember<T, Member>,
                                   rule.presence == CodingPresence::required && !isOptional<Type>};
+            coding.bit = std::uint64_t{1} << count++;
             if constexpr (rule.presence == CodingPresence::required && memberKind<Type>() != MemberKind::other) {
                 coding.kind = memberKind<Type>();
                 coding.object = std::addressof(unmade<T>.value);
@@ -115,17 +117,23 @@ inline constexpr auto memberCodings = []<std::size_t... I>(std::index_sequence<I
 template <class T>
 constexpr AggregateCoding AggregateCodingOf<T>::value{memberCodings<T>};
 
-/// So many elements tell what the others of a list are like. A power of two, as lists grow to those.
-inline constexpr std::size_t knowingElements = 64;
+/// Makes room for the elements that a list will have if the others are like those it has. While few are known, only
+/// for so many as are given back again without regret, should there not be more of them.
+template <class List>
+void growList(JSONCursor& cursor, List& elements, std::uint32_t begin) {
+    constexpr std::size_t knowing = 64;
+    constexpr std::size_t fewBytes = 16'384;
+    constexpr std::size_t few = std::min(knowing, fewBytes / sizeof(typename List::value_type));
+    const std::size_t count = elements.size();
+    const std::size_t expected = cursor.expectedElements(begin, count);
+    elements.reserve(std::max(2 * count, count < knowing ? std::min(expected, few) : expected));
+}
 
 template <class List>
 bool readElement(JSONCursor& cursor, void* list, std::uint32_t begin, const CodingStep* path) {
     using Element = typename List::value_type;
     auto& elements = *static_cast<List*>(list);
-    // Once it is known what the elements are like, the list need not grow any more.
-    if (elements.size() == knowingElements && elements.capacity() == elements.size()) {
-        elements.reserve(cursor.expectedElements(begin, knowingElements));
-    }
+    if (elements.size() == elements.capacity() && !elements.empty()) growList(cursor, elements, begin);
     if constexpr (std::same_as<Element, bool>) {
         bool element = false;
         if (!cursor.read(element, path)) return false;
@@ -226,7 +234,7 @@ bool readValue(JSONCursor& cursor, T& value, const CodingStep* path) {
     } else if constexpr (isVector<T>) {
         value.clear();
         if (!cursor.readArray(&value, &readElement<T>, path)) return false;
-        if (value.size() > knowingElements && value.size() < value.capacity() / 2) value.shrink_to_fit();
+        if (value.size() < value.capacity() / 2) value.shrink_to_fit();
         return true;
     } else if constexpr (CodedDictionary<T>) {
         value.clear();

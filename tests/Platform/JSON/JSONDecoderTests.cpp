@@ -182,9 +182,15 @@ TEST(JSONDecoder, ChecksTheRangeOfNumbersExactly) {
     EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("255.0"), 255);
     EXPECT_EQ(JSONDecoder().decode<std::uint8_t>("-0"), 0);
     EXPECT_EQ(JSONDecoder().decode<std::int64_t>("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    // Of every length, with and without something behind them.
     for (std::int64_t number = 1; number < 1'000'000'000'000'000'000; number = number * 10 + number % 7) {
-        EXPECT_EQ(JSONDecoder().decode<std::int64_t>(std::to_string(number)), number);
-        EXPECT_EQ(JSONDecoder().decode<double>(std::to_string(-number) + ".0"), static_cast<double>(-number));
+        const std::string text = std::to_string(number);
+        EXPECT_EQ(JSONDecoder().decode<std::int64_t>(text), number);
+        EXPECT_EQ(JSONDecoder().decode<std::vector<std::int64_t>>("[-" + text + "]"), std::vector{-number});
+        for (std::size_t point = 1; point <= text.size(); ++point) {
+            const std::string real = "-" + text.substr(0, point) + "." + text.substr(point) + "0";
+            EXPECT_EQ(JSONDecoder().decode<std::vector<double>>("[" + real + "]"), std::vector{std::stod(real)});
+        }
     }
     EXPECT_EQ(JSONDecoder().decode<double>("123456789012345678901234567890"), 123456789012345678901234567890.0);
     EXPECT_EQ(JSONDecoder().decode<double>("1e-400"), 0.0);

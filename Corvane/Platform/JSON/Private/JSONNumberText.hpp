@@ -14,7 +14,7 @@
 namespace corvane::detail {
 
 /// How many of the first eight characters are digits. All eight must be readable.
-[[nodiscard]] inline std::size_t leadingDigits(const char* text) noexcept {
+[[nodiscard, gnu::always_inline]] inline std::size_t leadingDigits(const char* text) noexcept {
     if constexpr (std::endian::native == std::endian::little) {
         constexpr std::uint64_t highHalves = 0xF0F0F0F0F0F0F0F0;
         constexpr std::uint64_t zeros = 0x3030303030303030;
@@ -34,7 +34,7 @@ namespace corvane::detail {
 }
 
 /// The value of so many digits, at most eight, without a loop. Eight characters must be readable.
-[[nodiscard]] inline std::uint64_t digitsValue(const char* text, std::size_t count) noexcept {
+[[nodiscard, gnu::always_inline]] inline std::uint64_t digitsValue(const char* text, std::size_t count) noexcept {
     if constexpr (std::endian::native == std::endian::little) {
         if (count == 0) return 0;
         std::uint64_t word = 0;
@@ -57,10 +57,11 @@ namespace corvane::detail {
     return c == ',' || c == '}' || c == ']';
 }
 
+inline constexpr std::array<std::uint64_t, 8> powersOfTen = {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000};
+
 /// The value of an integer of up to fifteen digits; false for every other number, be it one or not. Only for a number
 /// with a token behind it: what is read beyond the text's end might look like digits.
 [[nodiscard, gnu::always_inline]] inline bool scanShortInteger(const char* text, std::int64_t& value) noexcept {
-    constexpr std::array<std::uint64_t, 8> powers = {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000, 10'000'000};
     const bool negative = *text == '-';
     if (negative) ++text;
     std::size_t count = leadingDigits(text);
@@ -70,7 +71,7 @@ namespace corvane::detail {
     if (count == 8) {
         count = leadingDigits(text);
         if (count == 8) return false;
-        magnitude = magnitude * powers[count] + digitsValue(text, count);
+        magnitude = magnitude * powersOfTen[count] + digitsValue(text, count);
         text += count;
     }
     if (!endsNumber(*text)) return false;
@@ -78,19 +79,27 @@ namespace corvane::detail {
     return true;
 }
 
-/// Whether there is a number of up to seven digits before the point and behind it, without exponent. False for every
-/// other number, be it one or not. Only for a number with a token behind it.
-[[nodiscard, gnu::always_inline]] inline bool isShortNumber(const char* text) noexcept {
-    if (*text == '-') ++text;
+/// The value of a number of up to seven digits before the point and behind it, without exponent; false for every other
+/// number, be it one or not. Only for a number with a token behind it.
+[[nodiscard, gnu::always_inline]] inline bool scanShortDecimal(const char* text, double& value) noexcept {
+    const bool negative = *text == '-';
+    if (negative) ++text;
     const std::size_t count = leadingDigits(text);
     if (count == 0 || count == 8 || (count > 1 && *text == '0')) return false;
+    std::uint64_t digits = digitsValue(text, count);
     text += count;
+    std::size_t fraction = 0;
     if (*text == '.') {
-        const std::size_t fraction = leadingDigits(++text);
+        fraction = leadingDigits(++text);
         if (fraction == 0 || fraction == 8) return false;
+        digits = digits * powersOfTen[fraction] + digitsValue(text, fraction);
         text += fraction;
     }
-    return endsNumber(*text);
+    if (!endsNumber(*text)) return false;
+    // A double holds either exactly, so that the quotient is the only thing that is rounded.
+    const double magnitude = static_cast<double>(digits) / static_cast<double>(powersOfTen[fraction]);
+    value = negative ? -magnitude : magnitude;
+    return true;
 }
 
 /// A number's text and, when it is an integer of up to 64 bits, its value.

@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 #include <simdjson.h>
 
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
+#include <Corvane/Platform/JSON/JSONTokens.hpp>
 
 namespace corvane::detail {
 
@@ -29,15 +29,16 @@ class JSONStructure {
     /// Behind `padded` there must be `Data::padding` bytes that may be read.
     [[nodiscard]] std::optional<JSONErrorCode> index(std::string_view padded);
 
-    /// The offsets of the tokens: brackets, colons, commas, and the first characters of texts and other scalars.
-    [[nodiscard]] std::span<const std::uint32_t> tokens() const noexcept {
-        return {parser_->structural_indexes.get(), parser_->n_structural_indexes};
+    /// The tokens of the text that was indexed last.
+    [[nodiscard]] JSONTokens tokens() const noexcept {
+        return {text_, parser_->structural_indexes.get(), parser_->n_structural_indexes};
     }
 
     /// The text whose content is `raw` without its escapes, written into `buffer`; absent when an escape is wrong.
     [[nodiscard]] std::optional<std::string_view> unescaped(std::string_view raw, std::string& buffer) const;
 
   private:
+    std::string_view text_;
     std::unique_ptr<simdjson::internal::dom_parser_implementation> parser_;
 };
 

@@ -1,0 +1,127 @@
+#include <array>
+#include <utility>
+
+#include <Corvane/Platform/JSON/JSONCursor.hpp>
+#include <Corvane/Platform/JSON/JSONSerialization.hpp>
+#include <Corvane/Platform/JSON/Private/JSONScalars.hpp>
+
+// Passing over what nobody wants yet, validating it, and finding out where things are.
+
+namespace corvane::detail {
+
+namespace {
+
+constexpr std::size_t maximumDepth = JSONSerialization::maximumDepth;
+
+}  // namespace
+
+bool JSONCursor::skipScalar() {
+    if (passPlainScalar(tokens_)) return true;
+    const char first = tokens_.peek();
+    if (first == '"') {
+        std::string_view raw;
+        if (!rawText(tokens_, raw) || !unescape(raw)) return false;
+    } else if (first == '-' || isDigit(first)) {
+        JSONNumberText number;
+        double ignored = 0;
+        if (!scanNumber(tokens_.begin(), tokens_.limit(), number) ||
+            (number.mayBeTooLarge() && !numberValue(number, ignored)))
+            return false;
+    } else if (tokens_.isAtEnd() ||
+               (!isLiteral(tokens_, "null") && !isLiteral(tokens_, "true") && !isLiteral(tokens_, "false"))) {
+        return false;
+    }
+    tokens_.pass();
+    return true;
+}
+
+[[gnu::always_inline]] inline bool JSONCursor::passKey(JSONTokens& tokens) {
+    std::string_view raw;
+    return takeKey(tokens, raw) && (!hasEscape(raw) || hasOnlySimpleEscapes(raw) || unescape(raw));
+}
+
+[[gnu::always_inline]] inline bool JSONCursor::passValue(JSONTokens& tokens) {
+    std::array<std::uint32_t, maximumDepth> open;  // the brackets we are in; only written where it is used
+    std::size_t level = 0;
+    while (true) {
+        const char first = tokens.peek();
+        if (first != '{' && first != '[') {
+            if (!passPlainScalar(tokens)) {
+                tokens_ = tokens;
+                if (!skipScalar()) return false;
+                tokens = tokens_;
+            }
+        } else if (!behind_.empty() && behind_[tokens.position()] != 0) {
+            tokens.moveTo(behind_[tokens.position()]);
+        } else {
+            if (depth_ + level == maximumDepth) return false;
+            open[level++] = tokens.position();
+            tokens.pass();
+            const bool isEmpty = tokens.peek() == (first == '{' ? '}' : ']');
+            if (!isEmpty && first == '{' && !passKey(tokens)) return false;
+            if (!isEmpty) continue;
+        }
+        while (true) {
+            if (level == 0) return true;
+            const bool inDictionary = tokens.at(open[level - 1]) == '{';
+            if (tokens.take(',')) {
+                if (inDictionary && !passKey(tokens)) return false;
+                break;
+            }
+            if (!tokens.take(inDictionary ? '}' : ']')) return false;
+            --level;
+            if (!behind_.empty()) behind_[open[level]] = tokens.position();
+        }
+    }
+}
+
+bool JSONCursor::skip() {
+    JSONTokens tokens = tokens_;
+    const bool isPassed = passValue(tokens);
+    tokens_ = tokens;
+    return isPassed || failMalformed();
+}
+
+bool JSONCursor::listMembers(JSONMemberTable& table, const CodingStep* path) {
+    if (tokens_.peek() != '{') return failMismatch("a dictionary", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    if (behind_.empty()) behind_.assign(tokens_.count(), 0);
+    const std::uint32_t start = position();
+    tokens_.pass();
+    ++depth_;
+    if (!tokens_.take('}')) {
+        do {
+            std::string_view key;
+            if (!takeUnescapedKey(key)) return failMalformed();
+            table.add(kept(key), position());
+            if (!skip()) return false;
+        } while (tokens_.take(','));
+        if (!tokens_.take('}')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = position();
+    moveTo(start);
+    return true;
+}
+
+bool JSONCursor::listElements(std::vector<std::uint32_t>& elements, const CodingStep* path) {
+    if (tokens_.peek() != '[') return failMismatch("an array", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    if (behind_.empty()) behind_.assign(tokens_.count(), 0);
+    const std::uint32_t start = position();
+    tokens_.pass();
+    ++depth_;
+    if (!tokens_.take(']')) {
+        do {
+            elements.push_back(position());
+            if (!skip()) return false;
+        } while (tokens_.take(','));
+        if (!tokens_.take(']')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = position();
+    moveTo(start);
+    return true;
+}
+
+}  // namespace corvane::detail
