@@ -26,10 +26,7 @@ using testing::LoopbackResponse;
 struct Ledger {
     /// Keeps loads from piling up.
     std::counting_semaphore<> room{96};
-    std::atomic<unsigned> lost = 0;
-    std::atomic<unsigned> doubled = 0;
-    std::atomic<unsigned> wrong = 0;
-    std::atomic<unsigned> ended = 0;
+    std::atomic<unsigned> lost = 0, doubled = 0, wrong = 0, ended = 0;
 };
 
 /// What was done on a road, in its order: the starts and cancellations of a context are given one at a time.

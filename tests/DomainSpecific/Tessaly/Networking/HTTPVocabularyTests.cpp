@@ -2,10 +2,22 @@
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/ApiDataProviderFailureReason.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/ClientAPIError.hpp>
+#include <Corvane/DomainSpecific/Tessaly/Networking/DataLoadOptions.hpp>
 #include <Corvane/DomainSpecific/Tessaly/Networking/HTTPStatusCode.hpp>
 #include <Corvane/Platform/AnyError.hpp>
 
 namespace corvane {
+
+// The application may reassign the members.
+TEST(DataLoadOptions, HasTheBitsThatReceiversKnow) {
+    const DataLoadOptions six(6);
+    EXPECT_TRUE(six.contains(DataLoadOptions::IgnoreCache) && six.contains(DataLoadOptions::TimeInUTC));
+    EXPECT_EQ(six.subtracting(DataLoadOptions::IgnoreCache), DataLoadOptions(4));
+    const auto former = std::exchange(DataLoadOptions::IgnoreDates, DataLoadOptions(8));
+    EXPECT_EQ(former, DataLoadOptions(1));
+    EXPECT_FALSE(DataLoadOptions(1).contains(DataLoadOptions::IgnoreDates));
+    DataLoadOptions::IgnoreDates = former;
+}
 
 TEST(HTTPStatusCode, KnowsFiveCodesAndTheRangesOfAll) {
     std::string known;
