@@ -9,10 +9,7 @@
 namespace corvane {
 
 TEST(Loggers, AreOnePerCategoryOfOneSubsystem) {
-    const struct {
-        const Logger& logger;
-        std::string_view category;
-    } cases[] = {
+    const std::pair<const Logger&, std::string_view> cases[] = {
         {Loggers::command(), "Command"},
         {Loggers::concurrency(), "Concurrency"},
         {Loggers::decoding(), "Decoding"},

@@ -14,72 +14,61 @@ using ::testing::ElementsAre;
 using ::testing::MatchesRegex;
 using ApiDataProviderTest = DownloadTest;
 
-const std::string validator = "Sat, 21 Nov 2026 15:00:00 GMT";
+TEST(ApiResponseRules, TellWhatAResponseIsOnThePlainRoadAndPastTheCache) {
+    using Text = std::optional<std::string>;
+    using Parts = std::tuple<std::optional<Data>, Text, bool, std::int64_t, std::optional<int>>;
+    const Data a("{}"), b("[]"), moved("304");
+    constexpr auto none = std::nullopt;
 
-TEST(ApiResponseRules, TakeTheFirstThatMatches) {
-    const Data body("{}");
-
+    // One after the other, past the same cache.
     const struct {
         int status;
-        std::vector<HTTPHeaderField> fields;
+        Text lastModified;
         std::optional<Data> body;
-        ApiResponse expected;
+        Parts plain, cached;
     } rows[] = {
-        {304, {{"Last-Modified", "then"}}, body, {std::nullopt, "then", true, std::nullopt, 304}},
-        {304, {}, body, {body, std::nullopt, true, std::nullopt, 304}},
-        {304, {}, {}, {PlatformError("Decryption error", 9998), 304}},
-        {200, {{"Last-Modified", "then"}}, body, {body, "then", false, std::nullopt, 200}},
-        {200, {{"Last-Modified", "then"}}, {}, {PlatformError("Received empty data", 99999), 200}},
+        {304, "then", none, {none, "then", true, 0, 304}, {none, none, false, 0, none}},
+        {200, "then", a, {a, "then", false, 0, 200}, {a, "then", false, 0, 200}},
+        {304, "now", moved, {none, "now", true, 0, 304}, {a, "then", true, 0, none}},
+        {304, none, moved, {moved, none, true, 0, 304}, {a, "then", true, 0, none}},
+        {304, none, none, {none, none, false, 9998, 304}, {a, "then", false, 0, none}},
+        {503, none, b, {b, none, false, 0, 503}, {b, none, false, 0, 503}},
+        {200, "then", none, {none, none, false, 99999, 200}, {none, none, false, 99999, 200}},
+        {304, "now", none, {none, "now", true, 0, 304}, {b, none, true, 0, none}},
     };
 
+    const auto cache = DataCache::make("cache.json");
+    const auto parts = [](const ApiResponse& each) {
+        const std::int64_t code = each.error() ? each.error()->code() : 0;
+        return Parts(each.data(), each.lastModified(), each.isNotModified(), code, each.statusCode());
+    };
     for (const auto& row : rows) {
-        const auto head = std::make_shared<const HTTPURLResponse>(*URL::parse("http://localhost/"), row.status,
-                                                                  "HTTP/1.1", row.fields);
-        const auto response = apiResponse(SimpleHttpResponse(nullptr, row.body, head, std::nullopt));
-        const auto parts = [](const ApiResponse& each) {
-            return std::tuple(each.data(), each.lastModified(), each.isNotModified(),
-                              each.error().transform(&AnyError::domain), each.statusCode());
-        };
-        EXPECT_EQ(parts(response), parts(row.expected));
+        std::vector<HTTPHeaderField> fields;
+        if (row.lastModified) fields.emplace_back("Last-Modified", *row.lastModified);
+        const auto head =
+            std::make_shared<const HTTPURLResponse>(*URL::parse("http://h"), row.status, "HTTP/1.1", fields);
+        const ApiResponse plain = apiResponse(SimpleHttpResponse(nullptr, row.body, head, none));
+        EXPECT_EQ(parts(plain), row.plain);
+        EXPECT_EQ(parts(cachedResponse(plain, "key", *cache, Date())), row.cached);
     }
     const AnyError lost = makeURLError(URLError::networkConnectionLost);
-    const auto both = apiResponse(SimpleHttpResponse(nullptr, body, nullptr, lost));
-    EXPECT_TRUE(both.data() == body && both.error()) << "a body goes with whatever came";
+    const auto both = apiResponse(SimpleHttpResponse(nullptr, a, nullptr, lost));
+    EXPECT_TRUE(both.data() == a && both.error()) << "a body goes with whatever came";
     EXPECT_EQ(apiResponse(SimpleHttpResponse(lost)).error()->code(), -1005);
 }
 
-TEST_F(ApiDataProviderTest, KeepsEveryBodyAndAnswersA304WithTheLast) {
-    LoopbackResponse next = LoopbackResponse::json("{\"a\":1}").with("Last-Modified", validator);
-    LoopbackResponse notModified = LoopbackResponse{.status = 304}.with("Last-Modified", validator);
-    server.route("GET", "/a", [&](const LoopbackRequest& request) {
-        return request.header("If-Modified-Since") == validator ? notModified : next;
+TEST_F(ApiDataProviderTest, PassesOnlyTheCachedRoadByTheCache) {
+    server.route("GET", "/a", [](const LoopbackRequest& request) {
+        return request.header("If-Modified-Since") ? LoopbackResponse{.status = 304} : LoopbackResponse::json("[1]");
     });
-    const auto plain = request("/a");
-    const auto conditional = request("/a", {.ifModifiedSince = validator});
-
-    const ApiResponse unknown = load(conditional);
-    EXPECT_FALSE(unknown.data() || unknown.error() || unknown.isNotModified() || unknown.statusCode() ||
-                 unknown.lastModified());
-
-    EXPECT_EQ(load(plain).statusCode(), 200);
-    const ApiResponse kept = load(conditional);
-    EXPECT_EQ(kept.data(), Data("{\"a\":1}"));
-    EXPECT_EQ(kept.lastModified(), validator);
-    EXPECT_TRUE(kept.isNotModified() && !kept.statusCode() && !kept.error());
-
-    notModified = {.status = 304};
-    next = LoopbackResponse::json("{\"down\":true}", 503);
-    EXPECT_EQ(code(runBlocking(provider->loadData(conditional, "plain"))), 9998);
-    EXPECT_EQ(runBlocking(provider->loadData(plain, "plain")).statusCode(), 503);
-    EXPECT_EQ(load(conditional).data(), Data("{\"a\":1}")) << "the plain road leaves the cache alone";
-    EXPECT_EQ(load(plain).statusCode(), 503);
-    const ApiResponse last = load(conditional);
-    EXPECT_EQ(last.data(), Data("{\"down\":true}")) << "whatever the status";
-    EXPECT_FALSE(last.isNotModified()) << "a 304 without a validator of its own";
+    EXPECT_EQ(runBlocking(provider->loadData(request("/a"), "plain")).statusCode(), 200);
+    EXPECT_EQ(cache->lookup(server.url("/a")), std::nullopt);
+    EXPECT_EQ(load(request("/a")).statusCode(), 200);
+    EXPECT_EQ(load(ApiRequest::make({.url = url("/a"), .ifModifiedSince = "then"})).data(), Data("[1]"));
 }
 
 TEST_F(ApiDataProviderTest, AnswersAPostWithoutPayloadItself) {
-    const auto empty = request("/post", {.usePost = true});
+    const auto empty = ApiRequest::make({.url = url("/post"), .usePost = true});
     std::optional<ApiResponse> response;
     provider->loadData(empty, "context", [&](const ApiResponse& given) { response = given; });
     ASSERT_TRUE(response) << "before loadData returned";
@@ -90,7 +79,8 @@ TEST_F(ApiDataProviderTest, AnswersAPostWithoutPayloadItself) {
     EXPECT_EQ(cache->lookup(server.url("/post"))->data, Data("{}")) << "kept like any other body";
 
     server.route("POST", "/post", LoopbackResponse::json("[1]"));
-    EXPECT_EQ(load(request("/post", {.payload = Data("{\"q\":1}"), .usePost = true})).data(), Data("[1]"));
+    EXPECT_EQ(load(ApiRequest::make({.url = url("/post"), .payload = Data("{\"q\":1}"), .usePost = true})).data(),
+              Data("[1]"));
     EXPECT_EQ(server.requests().front().body, "{\"q\":1}");
 }
 

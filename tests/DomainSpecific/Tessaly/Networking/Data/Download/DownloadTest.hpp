@@ -42,20 +42,13 @@ class Arrivals {
     std::shared_ptr<std::vector<std::pair<T, bool>>> list_ = std::make_shared<std::vector<std::pair<T, bool>>>();
 };
 
-struct Extras {
-    std::optional<Data> payload = {};
-    std::optional<std::string> ifModifiedSince = {};
-    bool usePost = false;
-};
-
 /// A provider with a session, a cache and a back end of its own.
 class DownloadTest : public ::testing::Test {
   protected:
-    [[nodiscard]] std::shared_ptr<const ApiRequest> request(std::string_view target, Extras extras = {}) const {
-        return ApiRequest::make({.url = *URL::parse(server.url(target)),
-                                 .payload = extras.payload,
-                                 .ifModifiedSince = extras.ifModifiedSince,
-                                 .usePost = extras.usePost});
+    [[nodiscard]] URL url(std::string_view target) const { return *URL::parse(server.url(target)); }
+
+    [[nodiscard]] std::shared_ptr<const ApiRequest> request(std::string_view target) const {
+        return ApiRequest::make({.url = url(target)});
     }
 
     [[nodiscard]] ApiResponse load(const std::shared_ptr<const ApiRequest>& request) const {
