@@ -17,11 +17,11 @@ class SimpleHttpManagerTest : public ::testing::Test {
 };
 
 TEST_F(SimpleHttpManagerTest, KeepsCookiesOfItsTwoSessionsApart) {
-    std::vector<std::string_view> cookies;
+    std::vector<std::string> cookies;
     for (const bool isEphemeral : {false, true, true, false}) {
         manager->request(SimpleHttpRequest::make({.isEphemeral = isEphemeral, .url = url}), responses.callback());
         responses.wait(cookies.size() + 1);
-        cookies.push_back(server.requests().back().header("Cookie").value_or("none"));
+        cookies.emplace_back(server.requests().back().header("Cookie").value_or("none"));
     }
     EXPECT_THAT(cookies, ::testing::ElementsAre("none", "none", "none", "visitor=7"));
 

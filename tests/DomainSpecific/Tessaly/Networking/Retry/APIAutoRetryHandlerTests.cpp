@@ -1,4 +1,3 @@
-
 #include <gtest/gtest.h>
 
 #include <Corvane/DomainSpecific/Tessaly/Networking/Retry/APIAutoRetryHandler.hpp>
