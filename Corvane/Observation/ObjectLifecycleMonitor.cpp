@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <utility>
 
 #include <fmt/compile.h>
@@ -19,13 +18,14 @@ std::vector<WeakObjectWrapper>& list() {
 }
 
 void dropGone() {
-    // Moved out first: with the last reference goes a deleter, and what that holds may add objects when it ends.
-    auto& objects = list();
-    const auto gone =
-        std::ranges::stable_partition(objects, [](const WeakObjectWrapper& object) { return !object.isGone(); });
-    const std::vector<WeakObjectWrapper> ended(std::make_move_iterator(gone.begin()),
-                                               std::make_move_iterator(gone.end()));
-    objects.erase(gone.begin(), gone.end());
+    // Held until the list has changed: with the last reference goes a deleter, and what that holds may add objects when
+    // it ends.
+    std::vector<WeakObjectWrapper> ended;
+    std::erase_if(list(), [&ended](const WeakObjectWrapper& object) {
+        const bool isGone = object.isGone();
+        if (isGone) ended.push_back(object);
+        return isGone;
+    });
 }
 
 }  // namespace
