@@ -61,6 +61,7 @@ class UniqueFunction<R(Args...), InlineBytes> {
 
     explicit operator bool() const noexcept { return operations_ != nullptr; }
 
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature says which are values.
     R operator()(Args... args) { return operations_->call(storage_, std::forward<Args>(args)...); }
 
   private:

@@ -12,7 +12,7 @@ LoopbackExchange::LoopbackExchange(std::shared_ptr<LoopbackEngine> engine, Loopb
       request_(std::make_shared<const LoopbackRequest>(std::move(request))),
       number_(number) {}
 
-void LoopbackExchange::respond(LoopbackResponse response) const {
+void LoopbackExchange::respond(const LoopbackResponse& response) const {
     end(scriptOf(response, *request_));
 }
 

@@ -24,7 +24,7 @@ class CORVANE_EXPORT LoopbackExchange {
     [[nodiscard]] const LoopbackRequest& request() const noexcept { return *request_; }
 
     /// Sends the whole of `response`, its fault included, and ends the exchange.
-    void respond(LoopbackResponse response) const;
+    void respond(const LoopbackResponse& response) const;
 
     /// Sends `bytes` as they stand: parts of `LoopbackResponse::head`, of a body, or anything else.
     void send(std::string bytes) const;

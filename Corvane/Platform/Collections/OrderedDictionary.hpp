@@ -135,6 +135,7 @@ class OrderedDictionary {
         requires std::constructible_from<Key, AnyKey>
     bool set(AnyKey&& key, Value value) {
         const auto [current, isNew] = tryEmplace(std::forward<AnyKey>(key), std::move(value));
+        // NOLINTNEXTLINE(bugprone-use-after-move): what is not new has left it where it was.
         if (!isNew) current = std::move(value);
         return isNew;
     }

@@ -26,8 +26,8 @@ class OrderedIterator {
 
     template <class Other>
         requires(!std::same_as<Other, Show> && std::constructible_from<Show, Other>)
-    OrderedIterator(
-        const OrderedIterator<Table, Element, Other>& other) noexcept  // NOLINT(google-explicit-constructor)
+    // NOLINTNEXTLINE(google-explicit-constructor): as iterators turn into those of constants.
+    OrderedIterator(const OrderedIterator<Table, Element, Other>& other) noexcept
         : element_(other.element_), stop_(other.stop_), table_(other.table_) {}
 
     [[nodiscard]] reference operator*() const noexcept { return Show()(*element_); }

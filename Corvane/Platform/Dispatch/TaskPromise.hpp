@@ -35,7 +35,8 @@ class CORVANE_EXPORT TaskPromiseBase {
 
     /// A coroutine whose first parameter is an actor, be it `*this`, runs on that actor.
     template <class First, class... Others>
-        requires(sizeof(std::remove_cvref_t<First>) > 0 && std::derived_from<std::remove_cvref_t<First>, Actor>)
+        requires requires { sizeof(std::remove_cvref_t<First>); } &&
+                 std::derived_from<std::remove_cvref_t<First>, Actor>
     explicit TaskPromiseBase(const First& actor, const Others&...) {
         bind(actor.executor());
     }
@@ -84,6 +85,7 @@ class CORVANE_EXPORT TaskPromiseBase {
     /// Other awaitables would resume a task on a thread that is not its executor's: bridge them with
     /// `withContinuation`.
     template <std::derived_from<TaskPause> Pause>
+    // NOLINTNEXTLINE(cppcoreguidelines-missing-std-forward): it lives in the frame until the task goes on.
     auto await_transform(Pause&& pause) const noexcept {
         return PauseAwaiter<Pause>(pause);
     }

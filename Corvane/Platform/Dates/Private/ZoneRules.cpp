@@ -39,6 +39,7 @@ ZoneRules::ZoneRules(std::vector<ZoneSpan> spans, const std::optional<PosixZone>
                             kept.back().abbreviation != span.abbreviation;
         if (isNews) kept.push_back(std::move(span));
     }
+    // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the years of the rule had to be appended first.
     spans_ = std::move(kept);
     spans_.front().from = least;
     // A rule may come to one time all year round.
