@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "TemporaryDirectory.hpp"
+
 /// A real origin server for tests and benchmarks: nginx with static files, over HTTP/1.1, over TLS and over HTTP/2.
 ///
 /// It runs from construction to destruction as a child process of its own, in a fresh folder, on free ports, with
@@ -48,21 +50,18 @@ class NginxOrigin {
     [[nodiscard]] std::uint16_t port(Endpoint endpoint) const noexcept;
 
     /// The certificate of the authority that signed the server's, for clients that are to trust it.
-    [[nodiscard]] std::string caFile() const { return folder_ / "ca.pem"; }
+    [[nodiscard]] std::string caFile() const { return folder_.path() / "authority.pem"; }
 
   private:
-    [[nodiscard]] bool makeCertificates();
-    [[nodiscard]] bool makeCertificate(const std::string& name, const std::string& hosts, const std::string& days);
-    [[nodiscard]] bool runOpenssl(std::vector<std::string> arguments);
+    /// Runs commands of a shell in the folder, their output in its log; they end with the calling thread at the
+    /// latest. -1 on failure.
+    [[nodiscard]] pid_t spawn(const std::string& commands) const;
     [[nodiscard]] bool openPorts();
     void writeConfiguration() const;
-    [[nodiscard]] std::string server(Endpoint endpoint, std::string_view certificate) const;
-    void start();
-    /// Asks for a file, whatever the answer: the ports accept connections before nginx reads from them.
-    [[nodiscard]] bool answers() const;
-    [[nodiscard]] std::string textOf(std::string_view file) const;
+    [[nodiscard]] std::string server(Endpoint endpoint, const std::string& certificate) const;
+    [[nodiscard]] std::string log() const;
 
-    std::filesystem::path folder_;
+    corvane::testing::TemporaryDirectory folder_;
     std::vector<int> sockets_;
     std::vector<std::uint16_t> ports_;
     pid_t process_ = -1;
