@@ -24,11 +24,9 @@ TEST(VirtualClock, StandsStillUntilItIsMoved) {
         const SteadyInstant start = clock.uptime();
         clock.advance(2.5);
         clock.advance(-1);
-        EXPECT_EQ(Clock::current().now(), Date(std::chrono::duration<double>(1002.5)));
-        EXPECT_EQ(Clock::current().uptime() - start, std::chrono::milliseconds(2500));
+        EXPECT_EQ(clock.now(), Date(std::chrono::duration<double>(1002.5)));
         EXPECT_EQ(Clock::current().timeToWait(start), std::chrono::nanoseconds::zero());
         EXPECT_EQ(Clock::current().timeToWait(clock.uptime() + std::chrono::nanoseconds(1)), std::nullopt);
-
         clock.setWallTime(Date(std::chrono::seconds(7)));
         clock.advance(1);
         EXPECT_EQ(clock.now(), Date(std::chrono::seconds(8)));
@@ -71,19 +69,6 @@ TEST(VirtualClock, SettleWaitsForWhatWorkersCause) {
         clock.settle();
         ASSERT_EQ(ran, 3);
     }
-}
-
-TEST(VirtualClock, MovesOnInsideABlockOfTheMainLoop) {
-    VirtualClock clock;
-    std::vector<int> ran;
-    DispatchQueue::main().async([&] {
-        DispatchQueue::global().asyncAfter(1, [&] { DispatchQueue::main().async([&] { ran.push_back(2); }); });
-        clock.advance(1);
-        ran.push_back(3);
-    });
-    DispatchQueue::main().async([&] { ran.push_back(1); });
-    clock.settle();
-    EXPECT_THAT(ran, ElementsAre(1, 2, 3));
 }
 
 TEST(VirtualClock, IsMovedFromAnotherThreadWhileTheMainLoopRuns) {
