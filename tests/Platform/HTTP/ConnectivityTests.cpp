@@ -3,8 +3,8 @@
 #include <Corvane/Testing/ScriptedPath.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
-#include "FaultFixture.hpp"
-#include "FullBacklog.hpp"
+#include "ResolverStub.hpp"
+#include "SessionFixture.hpp"
 #include "tests/Support/NetworkNamespace.hpp"
 
 namespace corvane {
@@ -31,7 +31,7 @@ class WaitingWitness final : public InvalidationWitness {
     std::function<URLSessionDelayedRequestDecision()> decide;
 };
 
-class ConnectivityTest : public FaultTest {
+class ConnectivityTest : public SessionTest {
   protected:
     static constexpr double timeout = 60;
 
@@ -66,7 +66,7 @@ TEST_F(ConnectivityTest, HoldsARequestUntilTheInternetCanBeReached) {
     EXPECT_EQ(waitForAll().status(), 200);
     EXPECT_EQ(network.watchedPaths(), 0);
     EXPECT_THAT(witness->lines, ElementsAre("waits /x", "waits /x", "begins /x", "begins /x"));
-    EXPECT_EQ(loadOne(request("/x")).status(), 200);
+    EXPECT_EQ(load(request("/x")).status(), 200);
     EXPECT_EQ(witness->lines.size(), 4) << "a request that need not wait is not delayed";
 }
 
@@ -75,8 +75,8 @@ TEST_F(ConnectivityTest, TriesWithinTheTimeoutAllTheSame) {
     clock.advance(timeout / 2);
     EXPECT_EQ(waitForAll().status(), 200);
 
-    const FullBacklog silence;
-    start(URLRequest(*URL::parse(silence.url())));
+    const ResolverStub silence;
+    start(URLRequest(*URL::parse("http://hanging.test/")));
     clock.advance(timeout / 2);
     EXPECT_EQ(witness->lines.back(), "begins /");
     clock.advance(timeout / 2 - 1);
@@ -144,22 +144,20 @@ TEST_F(ConnectivityTest, SendsWhatTheDelegateDecides) {
 }
 
 TEST_F(ConnectivityTest, WaitsOnlyWhereWaitingMakesSense) {
-    network.refuse(ScriptedPath::Step::createWithAddress, 1);
-    EXPECT_EQ(loadOne(request("/x")).status(), 200) << "nothing can be known";
-    network.allow(ScriptedPath::Step::createWithAddress);
-    network.refuse(ScriptedPath::Step::setDispatchQueue, 1);
-    EXPECT_EQ(loadOne(request("/x")).status(), 200) << "nothing would be heard";
-    network.allow(ScriptedPath::Step::setDispatchQueue);
-    network.refuse(ScriptedPath::Step::readFlags, 1);
-    EXPECT_EQ(loadOne(request("/x")).status(), 200) << "nothing can be read";
-    network.allow(ScriptedPath::Step::readFlags);
+    using enum ScriptedPath::Step;
+    // Nothing can be known, nothing would be heard, nothing can be read.
+    for (const ScriptedPath::Step step : {createWithAddress, setDispatchQueue, readFlags}) {
+        network.refuse(step, 1);
+        EXPECT_EQ(load(request("/x")).status(), 200) << static_cast<int>(step);
+        network.allow(step);
+    }
     EXPECT_TRUE(witness->lines.empty());
 
     useConfiguration(URLSessionConfiguration::ephemeral());
-    EXPECT_EQ(loadOne(request("/x")).status(), 200) << "the session does not wait";
+    EXPECT_EQ(load(request("/x")).status(), 200) << "the session does not wait";
 }
 
-class OfflineTest : public FaultTest {};
+using OfflineTest = SessionTest;
 
 TEST_F(OfflineTest, DoesNotWaitForTheInternetToReachThisMachine) {
     if (!NetworkNamespace::enter()) return;
@@ -169,8 +167,8 @@ TEST_F(OfflineTest, DoesNotWaitForTheInternetToReachThisMachine) {
     configuration.waitsForConnectivity = true;
     const auto witness = std::make_shared<WaitingWitness>();
     useConfiguration(configuration, witness);
-    EXPECT_EQ(loadOne(request("/x")).status(), 200);
-    EXPECT_EQ(loadOne(request("/x", "localhost")).status(), 200);
+    EXPECT_EQ(load(request("/x")).status(), 200);
+    EXPECT_EQ(load(request("/x", "localhost")).status(), 200);
     EXPECT_TRUE(witness->lines.empty());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -35,7 +36,7 @@ struct Completion {
 /// Gathers the completions of any number of tasks, from any thread.
 class Completions {
   public:
-    [[nodiscard]] URLSession::CompletionHandler handler() {
+    URLSession::CompletionHandler handler() {
         return [state = state_](std::optional<Data> data, std::shared_ptr<const HTTPURLResponse> response,
                                 std::optional<PlatformError> error) {
             const std::lock_guard lock(state->mutex);
@@ -66,23 +67,80 @@ class Completions {
     std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
+/// Says when its session is over: no completion may come after that.
+class InvalidationWitness : public URLSessionDelegate {
+  public:
+    void sessionDidBecomeInvalid(URLSession& /*session*/, std::optional<PlatformError> /*error*/) override {
+        isOver_.set_value();
+    }
+
+    void wait() { isOver_.get_future().wait(); }
+
+  private:
+    std::promise<void> isOver_;
+};
+
+/// A session whose tasks complete exactly once: proved when the session is over, at the end of a test at the latest.
 class SessionTest : public ::testing::Test {
   protected:
+    SessionTest() { useConfiguration(URLSessionConfiguration::ephemeral()); }
+
+    void useConfiguration(const URLSessionConfiguration& configuration,
+                          std::shared_ptr<InvalidationWitness> witness = std::make_shared<InvalidationWitness>(),
+                          std::shared_ptr<DispatchQueue> queue = nullptr) {
+        TearDown();
+        witness_ = std::move(witness);
+        session = URLSession::make(configuration, witness_, std::move(queue));
+    }
+
+    void TearDown() override {
+        if (witness_ == nullptr) return;
+        session->finishTasksAndInvalidate();
+        witness_->wait();
+        session.reset();
+        witness_.reset();
+        EXPECT_EQ(completions.all().size(), expected);
+    }
+
     [[nodiscard]] URLRequest request(std::string_view target, std::string_view host = "127.0.0.1") const {
         return URLRequest(*URL::parse(server.url(target, host)));
     }
 
-    /// Runs one request to its end.
-    [[nodiscard]] Completion load(URLRequest request) const { return load(session, std::move(request)); }
-
-    [[nodiscard]] static Completion load(const std::shared_ptr<URLSession>& with, URLRequest request) {
-        Completions completions;
-        with->dataTask(std::move(request), completions.handler())->resume();
-        return completions.wait();
+    /// A task that has not been resumed yet.
+    std::shared_ptr<URLSessionDataTask> make(URLRequest asked) {
+        ++expected;
+        return session->dataTask(std::move(asked), completions.handler());
     }
 
+    std::shared_ptr<URLSessionDataTask> start(URLRequest asked) {
+        auto task = make(std::move(asked));
+        task->resume();
+        return task;
+    }
+
+    /// Runs one request to its end, and all that were started before.
+    Completion load(URLRequest asked) {
+        start(std::move(asked));
+        return waitForAll();
+    }
+
+    /// Runs one request to its end, whatever else there is.
+    static Completion load(const std::shared_ptr<URLSession>& with, URLRequest asked) {
+        Completions own;
+        with->dataTask(std::move(asked), own.handler())->resume();
+        return own.wait();
+    }
+
+    /// Waits until every task that was made has completed, and gives the last completion.
+    Completion waitForAll() { return completions.wait(expected); }
+
     testing::LoopbackServer server;
-    std::shared_ptr<URLSession> session = URLSession::make(URLSessionConfiguration::ephemeral());
+    std::shared_ptr<URLSession> session;
+    Completions completions;
+    std::size_t expected = 0;
+
+  private:
+    std::shared_ptr<InvalidationWitness> witness_;
 };
 
 }  // namespace corvane

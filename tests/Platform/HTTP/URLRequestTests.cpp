@@ -7,12 +7,8 @@
 namespace corvane {
 namespace {
 
-URLRequest request() {
-    return URLRequest(*URL::parse("http://h/"));
-}
-
 TEST(URLRequest, TreatsFieldNamesRegardlessOfCase) {
-    auto r = request();
+    URLRequest r(*URL::parse("http://h/"));
     r.setValue("1", "X-Day");
     r.addValue("2", "x-day");
     r.addValue("a", "Accept");
@@ -24,7 +20,7 @@ TEST(URLRequest, TreatsFieldNamesRegardlessOfCase) {
 }
 
 TEST(URLRequest, CountsSenselessTimeoutsAsNotStated) {
-    auto r = request();
+    URLRequest r(*URL::parse("http://h/"));
     EXPECT_EQ(r.timeoutInterval(), 60);
     EXPECT_FALSE(r.statesTimeoutInterval());
     r.setTimeoutInterval(30);
