@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdint>
 #include <latch>
 #include <limits>
 #include <memory>
@@ -22,81 +21,52 @@ namespace {
 
 using ::testing::ElementsAre;
 
-/// How much of the stack tasks use: the distance of the deepest from the shallowest look.
-class StackGauge {
-  public:
-    void look() noexcept {
-        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-        lowest_ = std::min(lowest_, here);
-        highest_ = std::max(highest_, here);
-    }
-
-    [[nodiscard]] std::uintptr_t used() const noexcept { return highest_ - lowest_; }
-
-  private:
-    std::uintptr_t lowest_ = std::numeric_limits<std::uintptr_t>::max();
-    std::uintptr_t highest_ = 0;
-};
-
-Task<int> ready(StackGauge* gauge) {
-    gauge->look();
+Task<int> ready() {
     co_return 1;
 }
 
-Task<int> sumOfReady(StackGauge* gauge, int count) {
+Task<int> sumOfReady(int count) {
     int sum = 0;
     for (int i = 0; i < count; ++i)
-        sum += co_await ready(gauge);
+        sum += co_await ready();
     co_return sum;
 }
 
-Task<int> depthOf(StackGauge* gauge, int depth) {
-    gauge->look();
-    const int below = depth == 1 ? 0 : co_await depthOf(gauge, depth - 1);
-    gauge->look();
+Task<int> depthOf(int depth) {
+    const int below = depth == 1 ? 0 : co_await depthOf(depth - 1);
     co_return below + 1;
 }
 
-Task<int> wrapped(StackGauge* gauge, Task<int> inner) {
-    gauge->look();
+Task<int> wrapped(Task<int> inner) {
     const int below = co_await std::move(inner);
-    gauge->look();
     co_return below + 1;
 }
 
 TEST(Task, ChainsOfReadyAwaitsDoNotGrowTheStack) {
-    constexpr std::uintptr_t limit = 256 * 1024;
-    StackGauge gauge;
-    EXPECT_EQ(runBlocking(sumOfReady(&gauge, 2'000'000)), 2'000'000);
-    EXPECT_LT(gauge.used(), limit);
-
-    constexpr int depth = 200'000;
-    EXPECT_EQ(runBlocking(depthOf(&gauge, depth)), depth);
-    EXPECT_LT(gauge.used(), limit);
-
-    Task<int> chain = ready(&gauge);
+    // So many that the smallest of frames for each would be more than the stack.
+    constexpr int depth = 300'000;
+    EXPECT_EQ(runBlocking(sumOfReady(2'000'000)), 2'000'000);
+    EXPECT_EQ(runBlocking(depthOf(depth)), depth);
+    Task<int> chain = ready();
     for (int i = 1; i < depth; ++i)
-        chain = wrapped(&gauge, std::move(chain));
+        chain = wrapped(std::move(chain));
     EXPECT_EQ(runBlocking(std::move(chain)), depth);
-    EXPECT_LT(gauge.used(), limit);
-
-    chain = ready(&gauge);
+    chain = ready();
     for (int i = 1; i < depth; ++i)
-        chain = wrapped(&gauge, std::move(chain));
+        chain = wrapped(std::move(chain));
     // It goes unawaited, all of it.
 }
 
 TEST(Task, AnEmptyOneStopsTheProcess) {
     const char* const text = "Fatal error: a task was used that is empty";
-    StackGauge gauge;
-    const auto twice = [&]() -> Task<int> {
-        Task<int> one = ready(&gauge);
+    const auto twice = []() -> Task<int> {
+        Task<int> one = ready();
         const int first = co_await std::move(one);
         const int second = co_await std::move(one);  // NOLINT(bugprone-use-after-move)
         co_return first + second;
     };
     EXPECT_DEATH(runBlocking(twice), std::string(text) + ".*\n.*TaskTests.cpp");
-    Task<int> gone = ready(&gauge);
+    Task<int> gone = ready();
     runBlocking(std::move(gone));
     EXPECT_DEATH(spawn(std::move(gone)), text);   // NOLINT(bugprone-use-after-move)
     EXPECT_DEATH(onMain(std::move(gone)), text);  // NOLINT(bugprone-use-after-move)
@@ -111,16 +81,7 @@ TEST(Task, GivesValuesThatCannotBeCopiedAndExceptionsToTheAwaitingTask) {
         co_await Task<>::yield();
         throw std::runtime_error("off side");
     };
-    const std::string caught = runBlocking([&]() -> Task<std::string> {
-        try {
-            co_await onMain(thrower);
-        } catch (const std::runtime_error& error) {
-            co_return error.what();
-        }
-        co_return "";
-    });
-    EXPECT_EQ(caught, "off side");
-    EXPECT_THROW(runBlocking(thrower), std::runtime_error);
+    EXPECT_THROW(runBlocking([&]() -> Task<> { co_await onMain(thrower); }), std::runtime_error);
     EXPECT_DEATH(
         {
             spawn(thrower, {.executor = DispatchQueue::main()});
@@ -381,13 +342,9 @@ TEST(Actor, RunsItsOperationsOneAtATimeOnItsOwnExecutor) {
     std::vector<TaskHandle<int>> handles;
     for (int i = 0; i < count; ++i)
         handles.push_back(spawn([&]() -> Task<int> { co_return co_await board.twoGoals(); }));
-    const int most = runBlocking([&]() -> Task<int> {
-        int highest = 0;
-        for (const TaskHandle<int>& handle : handles)
-            highest = std::max(highest, co_await handle.value());
-        co_return highest;
-    });
-    EXPECT_EQ(most, 2 * count);
+    for (const TaskHandle<int>& handle : handles)
+        EXPECT_LE(runBlocking(handle.value()), 2 * count);
+    EXPECT_EQ(runBlocking(board.twoGoals()), 2 * count + 2);
 }
 
 TEST(Thread, TheMainExecutorIsMoreThanTheMainThread) {
