@@ -52,50 +52,33 @@ TEST(JSONValue, SharesContentUntilOneCopyIsChanged) {
     }
 }
 
-TEST(JSONValue, OutlivesTheDocumentItWasReadFrom) {
-    JSONValue inner;
-    std::string_view text;
-    {
-        const auto document = JSONSerialization::jsonObject(R"([{"name":["Rovers"]}])");
-        inner = (*document)[0]["name"];
-        text = *inner[0].asString();
-    }
-    EXPECT_EQ(text, "Rovers");
-    EXPECT_EQ(inner.description(), R"(["Rovers"])");
-}
-
 TEST(JSONDictionary, FindsItsKeysHoweverManyAndKeepsTheirOrder) {
-    for (const int count : {1, 16, 17, 5000}) {
+    for (const int count : {1, 16, 17, 5000, 3}) {
         JSONDictionary built;
-        std::string text = "{";
+        std::string text = "\xEF\xBB\xBF{";
         for (int i = 0; i < count; ++i) {
             built.set("key" + std::to_string(i), i);
             text += "\"key" + std::to_string(i) + "\":" + std::to_string(i) + ",";
         }
-        text += R"("key0":"again"})";
         built.set("key0", "again");
-        const auto read = JSONSerialization::jsonObject(text);
+        const auto read = JSONSerialization::jsonObject(text + R"("key0":"again"})");
         ASSERT_TRUE(read);
         ASSERT_EQ(*read, JSONValue(built));
-
-        JSONDictionary copy = *read->asDictionary();
-        EXPECT_TRUE(copy.remove("key" + std::to_string(count / 2)));
-        copy.set("new", true);
-        EXPECT_EQ(copy.contains("key" + std::to_string(count / 2)), false);
-        EXPECT_EQ(copy["new"].asBool(), true);
-        const JSONDictionary* const both[] = {&built, read->asDictionary()};
-        for (const JSONDictionary* dictionary : both) {
-            ASSERT_EQ(dictionary->size(), static_cast<std::size_t>(count));
+        for (const JSONDictionary& dictionary : {built, *read->asDictionary()}) {
+            ASSERT_EQ(dictionary.size(), static_cast<std::size_t>(count));
             int position = 0;
-            for (const auto& [key, value] : *dictionary) {
-                EXPECT_EQ(key, "key" + std::to_string(position));
-                EXPECT_EQ(dictionary->find(key), &value);
-                ++position;
+            for (const auto& [key, value] : dictionary) {
+                EXPECT_EQ(key, "key" + std::to_string(position++));
+                EXPECT_EQ(dictionary.find(key), &value);
             }
-            EXPECT_EQ((*dictionary)["key0"].asString(), "again") << "last value, first place";
-            EXPECT_FALSE(dictionary->contains("key"));
-            EXPECT_FALSE(dictionary->contains("key" + std::to_string(count)));
+            EXPECT_EQ(dictionary["key0"].asString(), "again") << "last value, first place";
+            EXPECT_FALSE(dictionary.contains("key" + std::to_string(count)));
         }
+        JSONDictionary copy = *read->asDictionary();
+        EXPECT_TRUE(copy.remove("key0"));
+        EXPECT_FALSE(copy.contains("key0"));
+        copy.set("new", true);
+        EXPECT_EQ(copy["new"].asBool(), true);
     }
 }
 
@@ -121,20 +104,19 @@ TEST(JSONValue, IsComparedCopiedAndDestroyedHoweverDeep) {
     EXPECT_EQ(written.error().code(), static_cast<std::int64_t>(JSONErrorCode::tooDeep));
 }
 
-TEST(JSONValue, LetsThreadsUseCopiesOfOneDocument) {
+TEST(JSONValue, OutlivesTheDocumentItWasReadFromOnManyThreads) {
     auto document = JSONSerialization::jsonObject(R"({"teams":["Rovers","United"],"round":7})");
     ASSERT_TRUE(document);
     std::vector<std::jthread> threads;
     threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([copy = *document, i] {
-            JSONDictionary own = *copy.asDictionary();
-            own.set("round", i);
+        threads.emplace_back([copy = *document->asDictionary(), inner = (*document)["teams"], i]() mutable {
+            copy.set("round", i);
             for (int round = 0; round < 100; ++round) {
-                const JSONValue teams = own["teams"];
+                const JSONValue teams = copy["teams"];
                 EXPECT_EQ(teams[1].asString(), "United");
+                EXPECT_EQ(inner[0].asString(), "Rovers");
             }
-            EXPECT_EQ(copy["round"].asInt64(), 7);
         });
     }
     document = JSONValue();
