@@ -2,11 +2,8 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <random>
-#include <string>
-#include <vector>
 
 namespace corvane {
 
@@ -27,11 +24,6 @@ class OracleRun {
         return std::uniform_int_distribution<std::int64_t>(least, most)(random_);
     }
 
-    template <class T>
-    [[nodiscard]] const T& oneOf(const std::vector<T>& values) {
-        return values[static_cast<std::size_t>(between(0, static_cast<std::int64_t>(values.size()) - 1))];
-    }
-
   private:
     static std::uint64_t variable(const char* name, std::uint64_t otherwise) {
         const char* const text = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
@@ -42,18 +34,5 @@ class OracleRun {
     std::uint64_t seed_;
     std::mt19937_64 random_;
 };
-
-/// The names of all zones in the system's database.
-inline std::vector<std::string> allZones() {
-    const std::filesystem::path root = "/usr/share/zoneinfo";
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
-        const auto name = entry.path().lexically_relative(root).string();
-        const bool isOther = name.starts_with("posix") || name.starts_with("right/") || name == "localtime" ||
-                             name.contains('.') || name.starts_with("leap");
-        if (entry.is_regular_file() && !isOther) names.push_back(name);
-    }
-    return names;
-}
 
 }  // namespace corvane
