@@ -20,24 +20,34 @@ struct TalkingFault {
 
 namespace {
 
-TEST(AnyError, MakesUpWhatTheErrorDoesNotOffer) {
-    const AnyError error = PlainFault{};
-    EXPECT_EQ(error.domain(), "corvane::PlainFault");
-    EXPECT_EQ(error.code(), 1);
-    EXPECT_EQ(error.description(), "plain");
-    EXPECT_EQ(error.localizedDescription(), "The operation couldn’t be completed. (corvane::PlainFault error 1.)");
-}
+TEST(AnyError, TakesWhatTheErrorOffersAndMakesUpTheRest) {
+    const struct {
+        AnyError error;
+        std::string domain;
+        std::int64_t code;
+        std::string description, localizedDescription;
+    } cases[] = {
+        {PlainFault{}, "corvane::PlainFault", 1, "plain",
+         "The operation couldn’t be completed. (corvane::PlainFault error 1.)"},
+        {TalkingFault{"told"}, "corvane::TalkingFault", 7, "talking", "told"},
+        {TalkingFault{}, "corvane::TalkingFault", 7, "talking",
+         "The operation couldn’t be completed. (corvane::TalkingFault error 7.)"},
+        {PlatformError("URLErrorDomain", -1009, "Offline."), "URLErrorDomain", -1009,
+         "Error Domain=URLErrorDomain Code=-1009 \"Offline.\"", "Offline."},
+        {PlatformError("Invalid URL", 999), "Invalid URL", 999, "Error Domain=Invalid URL Code=999",
+         "The operation couldn’t be completed. (Invalid URL error 999.)"},
+    };
 
-TEST(AnyError, TakesTheErrorsOwnTextDomainAndCode) {
-    EXPECT_EQ(AnyError(TalkingFault{"told"}).localizedDescription(), "told");
-    EXPECT_EQ(AnyError(TalkingFault{}).localizedDescription(),
-              "The operation couldn’t be completed. (corvane::TalkingFault error 7.)");
-
-    const AnyError error = PlatformError("URLErrorDomain", -1009, "Offline.");
-    EXPECT_EQ(error.domain(), "URLErrorDomain");
-    EXPECT_EQ(error.code(), -1009);
-    EXPECT_EQ(error.localizedDescription(), "Offline.");
-    EXPECT_EQ(error.description(), "Error Domain=URLErrorDomain Code=-1009 \"Offline.\"");
+    for (const auto& each : cases) {
+        EXPECT_EQ(each.error.domain(), each.domain);
+        EXPECT_EQ(each.error.code(), each.code);
+        EXPECT_EQ(each.error.description(), each.description);
+        EXPECT_EQ(each.error.localizedDescription(), each.localizedDescription);
+    }
+    const PlatformError error("A", 1, "text");
+    EXPECT_EQ(error, PlatformError("A", 1));
+    EXPECT_NE(error, PlatformError("A", 2, "text"));
+    EXPECT_NE(error, PlatformError("B", 1, "text"));
 }
 
 TEST(AnyError, GivesTheErrorBackByItsExactType) {

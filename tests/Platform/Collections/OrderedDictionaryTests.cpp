@@ -98,30 +98,22 @@ TYPED_TEST(OrderedDictionaryModel, DoesWhatAListOfPairsDoes) {
 }
 
 TEST(OrderedDictionary, IsAValue) {
-    OrderedDictionary<std::string, int> original;
-    for (int i = 0; i < 100; ++i)
-        original.set("key " + std::to_string(i), i);
-    for (int i = 0; i < 60; ++i)
-        original.remove("key " + std::to_string(i));
-    OrderedDictionary<std::string, int> copy = original;
-    EXPECT_EQ(copy, original);
-    copy["key 99"] = 0;
-    EXPECT_EQ(*original.find("key 99"), 99);
+    const OrderedDictionary<std::string, int> constant{{"a", 1}, {"b", 2}};
+    auto original = constant;
+    auto copy = original;
+    copy["b"] = 0;
+    EXPECT_EQ(original, constant);
     EXPECT_NE(copy, original);
+    EXPECT_NE(original, (OrderedDictionary<std::string, int>{{"b", 2}, {"a", 1}}));
 
-    OrderedDictionary<std::string, int> taken = std::move(original);
-    EXPECT_EQ(taken.size(), 40U);
+    auto taken = std::move(original);
+    EXPECT_EQ(taken, constant);
     EXPECT_TRUE(original.empty());  // NOLINT(bugprone-use-after-move)
     original["again"] = 1;
-    EXPECT_THAT(entriesOf(original), ElementsAre(Pair("again", 1)));
     original.swap(taken);
+    EXPECT_EQ(original, constant);
     taken.clear();
-    EXPECT_TRUE(taken.empty());
     EXPECT_FALSE(taken.contains("again"));
-
-    const OrderedDictionary<std::string, int> forwards{{"a", 1}, {"b", 2}};
-    const OrderedDictionary<std::string, int> backwards{{"b", 2}, {"a", 1}};
-    EXPECT_NE(forwards, backwards);
 }
 
 TEST(OrderedDictionary, TakesKeysAndValuesFromItself) {

@@ -23,6 +23,7 @@ namespace corvane {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 using testing::TemporaryDirectory;
 
 /// The system's number for why it failed, 0 for success.
@@ -56,9 +57,8 @@ TEST(FileManager, FindsTheDocumentsInTheAccountsHomeUnlessTheApplicationChooses)
 
 TEST(FileManager, TakesANameForOneComponent) {
     EXPECT_EQ(FileManager::file("/documents", "..notes \\ é.json"), "/documents/..notes \\ é.json");
-    for (const std::string name : {"", ".", "..", "/", "a/b", "../a", "/etc/passwd", "a/"})
+    for (const std::string& name : {""s, "."s, ".."s, "/"s, "a/b"s, "../a"s, "/etc/passwd"s, "a/"s, "a\0b"s})
         EXPECT_EQ(code(FileManager::file("/documents", name)), EINVAL) << name;
-    EXPECT_EQ(code(FileManager::file("/documents", std::string("a\0b", 3))), EINVAL);
 }
 
 TEST(FileManager, ReadsBackWhatItWrote) {

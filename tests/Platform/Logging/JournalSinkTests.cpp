@@ -5,13 +5,14 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <source_location>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include <Corvane/Platform/Logging/JournalSink.hpp>
+
+#include "tests/Support/TemporaryDirectory.hpp"
 
 namespace corvane {
 
@@ -20,21 +21,14 @@ namespace {
 /// Stands in for the journal: reads entries from its socket, or from the file that came along.
 class FakeJournal {
   public:
-    FakeJournal() {
-        std::string folder = ::testing::TempDir() + "journal.XXXXXX";
-        folder_ = ::mkdtemp(folder.data());
-        listen();
-    }
+    FakeJournal() { listen(); }
 
-    ~FakeJournal() {
-        ::close(socket_);
-        std::filesystem::remove_all(folder_);
-    }
+    ~FakeJournal() { ::close(socket_); }
 
     FakeJournal(const FakeJournal&) = delete;
     FakeJournal& operator=(const FakeJournal&) = delete;
 
-    [[nodiscard]] std::string path() const { return folder_ + "/socket"; }
+    [[nodiscard]] std::string path() const { return folder_.path() / "socket"; }
 
     void restart() {
         ::close(socket_);
@@ -76,7 +70,7 @@ class FakeJournal {
         EXPECT_EQ(::bind(socket_, reinterpret_cast<const ::sockaddr*>(&address), sizeof(address)), 0);
     }
 
-    std::string folder_;
+    testing::TemporaryDirectory folder_;
     int socket_ = -1;
 };
 

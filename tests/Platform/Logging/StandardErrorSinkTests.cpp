@@ -1,7 +1,7 @@
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <string>
 #include <string_view>
@@ -14,23 +14,12 @@ namespace corvane {
 
 namespace {
 
-struct Pipe {
-    Pipe() { EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0); }
-
-    ~Pipe() {
-        for (const int end : ends)
-            ::close(end);
-    }
-
-    std::array<int, 2> ends{};
-};
-
 std::string written(const LogEntry& entry) {
-    const Pipe pipe;
-    StandardErrorSink(pipe.ends[1]).write(entry);
+    const int file = ::memfd_create("log", MFD_CLOEXEC);
+    StandardErrorSink(file).write(entry);
     std::string text(4096, '\0');
-    const auto size = ::read(pipe.ends[0], text.data(), text.size());
-    text.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+    text.resize(static_cast<std::size_t>(::pread(file, text.data(), text.size(), 0)));
+    ::close(file);
     return text;
 }
 
@@ -59,12 +48,13 @@ TEST(StandardErrorSink, WritesLinesForAPerson) {
 }
 
 TEST(StandardErrorSink, SurvivesABrokenPipe) {
-    Pipe pipe;
-    ::close(pipe.ends[0]);
-    StandardErrorSink sink(pipe.ends[1]);
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    ::close(ends[0]);
+    StandardErrorSink sink(ends[1]);
     for (int entry = 0; entry < 2; ++entry)
         sink.write({LogLevel::info, "a", "b", "lost", {}, {}});
-    pipe.ends[0] = -1;
+    ::close(ends[1]);
 }
 
 }  // namespace corvane
