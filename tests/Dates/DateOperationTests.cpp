@@ -1,5 +1,5 @@
+#include <climits>
 #include <cmath>
-#include <limits>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -68,17 +68,9 @@ TEST(CalendarOperations, CountYearsAndDays) {
 }
 
 TEST(TimeZoneUtil, LabelsOffsets) {
-    const std::pair<int, std::string_view> labels[] = {{0, "0"},
-                                                       {3'600, "1"},
-                                                       {-18'000, "-5"},
-                                                       {19'800, "5.30"},
-                                                       {-12'600, "-3.30"},
-                                                       {-1'800, "-0.30"},
-                                                       {20'700, "5.45"},
-                                                       {3'630, "1"},
-                                                       {-30, "-0"},
-                                                       {300, "0.05"},
-                                                       {std::numeric_limits<int>::min(), "-596523.14"}};
+    const std::pair<int, std::string_view> labels[] = {
+        {0, "0"},         {3'600, "1"}, {-18'000, "-5"}, {19'800, "5.30"}, {-12'600, "-3.30"},     {-1'800, "-0.30"},
+        {20'700, "5.45"}, {3'630, "1"}, {-30, "-0"},     {300, "0.05"},    {INT_MIN, "-596523.14"}};
     for (const auto& [offset, label] : labels)
         EXPECT_EQ(TimeZoneUtil::getTimeZoneOffset(offset), label);
 
