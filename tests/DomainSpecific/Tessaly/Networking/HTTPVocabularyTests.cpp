@@ -35,6 +35,7 @@ TEST(HTTPStatusCode, KnowsFiveCodesAndTheRangesOfAll) {
             known.append(code->description()) += ' ' + std::to_string(code->rawValue()) + ' ';
     }
     EXPECT_EQ(known, "ok 200 notModified 304 notFound 404 notAllowed 405 gone 410 ");
+    EXPECT_EQ(HTTPStatusCode::fromRawValue(304), HTTPStatusCode::notModified);
     EXPECT_FALSE(HTTPStatusCode::fromRawValue((std::int64_t{1} << 32) + 200)) << "looked at whole";
 }
 

@@ -7,8 +7,8 @@
 namespace corvane {
 
 /// In a script 's' starts the handler with both callbacks, 'R' and 'M' with another one of the two, 'X' with one that
-/// lets it go, and "N" with none; 'e' records an error; 'o' stops, 'z' resets and 'x' ends it. Small letters come of
-/// the callbacks.
+/// lets it go, and 'N' with none; 'e' records an error; '?' asks whether it is started; 'o' stops, 'z' resets and 'x'
+/// ends it. Small letters come of the callbacks.
 TEST(RetryHandler, RetriesUpToItsMaximum) {
     const struct {
         std::int64_t maximum;
@@ -16,7 +16,7 @@ TEST(RetryHandler, RetriesUpToItsMaximum) {
         const char* script;
         const char* outcome;
     } rows[] = {
-        {1, 0, "see", "rm"},
+        {1, 0, "?s?ee?", "-+rm-"},
         {3, 0, "seeeee", "rrrm"},
         {0, 0, "see", "rm"},
         {-2, 0, "see", "rm"},
@@ -42,6 +42,7 @@ TEST(RetryHandler, RetriesUpToItsMaximum) {
                                  {'X', [&] { handler->start([&] { handler.reset(); }); }},
                                  {'N', [&] { handler->start(); }},
                                  {'e', [&] { handler->recordError(); }},
+                                 {'?', [&] { timeline.outcome += handler->isStarted() ? '+' : '-'; }},
                                  {'o', [&] { handler->stop(); }},
                                  {'z', [&] { handler->reset(); }},
                                  {'x', [&] { handler.reset(); }}}),
