@@ -59,39 +59,38 @@ class DirectOrderedDictionaryDecoder {
     template <class Key, class Value>
     static bool addEntry(detail::JSONCursor& cursor, void* dictionary, std::string_view name,
                          const detail::CodingStep* path) {
-        auto value = readValue<Value>(cursor, path);
-        if (!value) return false;
-        // A text goes where it stays at once.
-        auto key = [name] {
-            if constexpr (std::same_as<Key, std::string>) {
-                return std::optional(name);
-            } else {
-                return detail::keyNamed<Key>(detail::DynamicKey(name));
-            }
-        }();
-        if (!key) return true;
         auto& entries = *static_cast<OrderedDictionary<Key, Value>*>(dictionary);
-        const auto [current, isNew] = entries.tryEmplace(*std::move(key), *std::move(value));
+        if constexpr (detail::CodedAsItIs<Value> && !std::same_as<Value, Date>) {
+            Value value{};
+            return cursor.read(value, path) && addValue(cursor, entries, name, std::move(value));
+        } else {
+            auto value = detail::readNew<Value>(cursor, path);
+            if (!value) return cursor.fail(std::move(value).error());
+            return addValue(cursor, entries, name, *std::move(value));
+        }
+    }
+
+    template <class Key, class Value>
+    static bool addValue(const detail::JSONCursor& cursor, OrderedDictionary<Key, Value>& entries,
+                         std::string_view name, Value&& value) {
+        // A text goes where it stays at once.
+        if constexpr (std::same_as<Key, std::string>) {
+            return addUnder(name, cursor, entries, std::move(value));
+        } else {
+            auto key = detail::keyNamed<Key>(detail::DynamicKey(name));
+            return !key || addUnder(*std::move(key), cursor, entries, std::move(value));
+        }
+    }
+
+    template <class AnyKey, class Key, class Value>
+    static bool addUnder(AnyKey&& key, const detail::JSONCursor& cursor, OrderedDictionary<Key, Value>& entries,
+                         Value&& value) {
+        const auto [current, isNew] = entries.tryEmplace(std::forward<AnyKey>(key), std::move(value));
         if (isNew) return true;
         // Which of equal keys comes last is told only by an exact look: the same name may have come twice.
         if (!cursor.isExact()) return false;
-        current = *std::move(value);
+        current = std::move(value);
         return true;
-    }
-
-    /// Absent when the cursor has failed.
-    template <class Value>
-    static std::optional<Value> readValue(detail::JSONCursor& cursor, const detail::CodingStep* path) {
-        if constexpr (detail::CodedAsItIs<Value> && !std::same_as<Value, Date>) {
-            std::optional<Value> value(std::in_place);
-            if (!cursor.read(*value, path)) value.reset();
-            return value;
-        } else {
-            auto value = detail::readNew<Value>(cursor, path);
-            if (value) return *std::move(value);
-            cursor.fail(std::move(value).error());
-            return std::nullopt;
-        }
     }
 
     /// Empties the dictionary and makes room for as many entries as there may be, if that says anything.

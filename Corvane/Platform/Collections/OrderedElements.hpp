@@ -119,13 +119,12 @@ class OrderedElements {
     }
 
     void remove(Position position) noexcept {
-        std::destroy_at(elements_ + position);
+        // Before the element is touched, for which the processor may have to wait.
         groups()[position / groupSize].gaps |= bitOf(position);
         ++gaps_;
-        if (gaps_ == used_) return forgetAll();
-        if (position == first_) first_ = elementFrom(position);
-        for (; isGap(used_ - 1); --used_, --gaps_)
-            groups()[(used_ - 1) / groupSize].gaps &= ~bitOf(used_ - 1);
+        std::destroy_at(elements_ + position);
+        if (position == first_ || position + 1 == used_) [[unlikely]]
+            forgetOuterGaps();
     }
 
     void clear() noexcept {
@@ -238,6 +237,13 @@ class OrderedElements {
             for (Element* element = begin(); element != end(); element = elementFrom(element + 1))
                 std::destroy_at(element);
         }
+    }
+
+    void forgetOuterGaps() noexcept {
+        if (gaps_ == used_) return forgetAll();
+        if (isGap(first_)) first_ = elementFrom(first_);
+        for (; isGap(used_ - 1); --used_, --gaps_)
+            groups()[(used_ - 1) / groupSize].gaps &= ~bitOf(used_ - 1);
     }
 
     void forgetAll() noexcept {

@@ -70,28 +70,13 @@ class OrderedTable {
     /// The element with an equal key, or else the one that `make` makes, appended, and whether it was made.
     template <class Key, class Make>
     std::pair<Element*, bool> findOrAppend(const Key& key, Make make) {
-        std::uint32_t hash = hashOf(key);
-        if (const Position position = lookUp(key, hash).position; position != none) {
-            return {&elements_[position], false};
-        }
-        Position position = none;
-        if (elements_.isFull()) {
-            // What it is made from may be inside us, so it is made before anything moves.
-            Element element = make();
-            makeRoom();
-            if (wantsTable()) {
-                growTable();
-                hash = hashOf(KeyOf()(element));
-            }
-            position = elements_.append([&element]() -> Element&& { return std::move(element); });
-        } else {
-            if (wantsTable()) {
-                growTable();
-                hash = hashOf(key);
-            }
-            position = elements_.append(make);
-        }
-        if (!table_.empty()) put({hash, position});
+        const std::uint32_t hash = hashOf(key);
+        const Found found = lookUp(key, hash);
+        if (found.position != none) return {&elements_[found.position], false};
+        if (elements_.isFull() || wantsTable()) [[unlikely]]
+            return {appendGrowing(make), true};
+        const Position position = elements_.append(make);
+        if (!table_.empty()) fill(found.place, Place(hash, position));
         return {&elements_[position], true};
     }
 
@@ -118,7 +103,7 @@ class OrderedTable {
 
     void clear() noexcept {
         elements_.clear();
-        std::ranges::fill(table_, Place{});
+        if (filled_ > 0) std::ranges::fill(table_, Place());
         filled_ = 0;
     }
 
@@ -138,21 +123,37 @@ class OrderedTable {
     static constexpr std::size_t untabled = 8;
 
     /// A place in the table. Keeping the hash spares most looks at keys, and hashing them again.
-    struct Place {
-        std::uint32_t hash = 0;
-        Position position = none;
+    class Place {
+      public:
+        Place() = default;
+
+        Place(std::uint32_t hash, Position position) noexcept : hash_(hash), inverted_(~position) {}
+
+        [[nodiscard]] std::uint32_t hash() const noexcept { return hash_; }
+
+        /// `none` where the place is free, or `removed`.
+        [[nodiscard]] Position position() const noexcept { return ~inverted_; }
+
+        void move(Position position) noexcept { inverted_ = ~position; }
+
+      private:
+        // Free places are all zeros, which memory is filled with fastest.
+        static_assert(static_cast<Position>(~none) == 0);
+
+        std::uint32_t hash_ = 0;
+        Position inverted_ = 0;
     };
 
     struct Found {
         Position position = none;
-        /// Where in the table, if there is one.
+        /// Where in the table, if there is one: the element's place, or the free one at which the search ended.
         std::size_t place = 0;
     };
 
     // Gaps
 
     void removeAt(Position position, std::size_t place) noexcept {
-        if (!table_.empty()) table_[place].position = removed;
+        if (!table_.empty()) table_[place].move(removed);
         elements_.remove(position);
     }
 
@@ -165,9 +166,22 @@ class OrderedTable {
     void closeGaps() noexcept {
         elements_.countGaps();
         for (Place& place : table_) {
-            if (place.position < removed) place.position = elements_.positionWithoutGaps(place.position);
+            if (place.position() < removed) place.move(elements_.positionWithoutGaps(place.position()));
         }
         elements_.closeGaps();
+    }
+
+    /// Appends what `make` gives, which has a new key, where room has to be made for it.
+    template <class Make>
+    [[gnu::noinline]] Element* appendGrowing(Make& make) {
+        // What it is made from may be inside us, so it is made before anything moves.
+        Element element = make();
+        if (elements_.isFull()) makeRoom();
+        if (wantsTable()) growTable();
+        const std::uint32_t hash = hashOf(KeyOf()(element));
+        const Position position = elements_.append([&element]() -> Element&& { return std::move(element); });
+        if (!table_.empty()) put(Place(hash, position));
+        return &elements_[position];
     }
 
     void makeRoom() {
@@ -188,9 +202,13 @@ class OrderedTable {
     template <class Key>
     [[nodiscard]] std::uint32_t hashOf(const Key& key) const {
         if (table_.empty()) return 0;
-        // Spreads a hash that says little in its low or in its high half.
-        constexpr std::uint64_t goldenRatio = 0x9e3779b97f4a7c15;
-        return static_cast<std::uint32_t>((static_cast<std::uint64_t>(hash_(key)) * goldenRatio) >> 32);
+        if constexpr (requires { typename Hash::is_avalanching; }) {
+            return static_cast<std::uint32_t>(hash_(key));
+        } else {
+            // Spreads a hash that says little in its low or in its high half.
+            constexpr std::uint64_t goldenRatio = 0x9e3779b97f4a7c15;
+            return static_cast<std::uint32_t>((static_cast<std::uint64_t>(hash_(key)) * goldenRatio) >> 32);
+        }
     }
 
     template <class Key>
@@ -203,10 +221,11 @@ class OrderedTable {
         }
         const std::size_t mask = table_.size() - 1;
         for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
-            const Place& place = table_[at];
-            if (place.position == none) return {};
-            if (place.hash == hash && place.position != removed && equal_(KeyOf()(elements_[place.position]), key)) {
-                return {place.position, at};
+            const Place place = table_[at];
+            const Position position = place.position();
+            if (position == none) return {none, at};
+            if (place.hash() == hash && position != removed && equal_(KeyOf()(elements_[position]), key)) {
+                return {position, at};
             }
         }
     }
@@ -216,18 +235,22 @@ class OrderedTable {
         if (table_.empty()) return 0;
         const std::size_t mask = table_.size() - 1;
         std::size_t at = hashOf(KeyOf()(elements_[position])) & mask;
-        while (table_[at].position != position)
+        while (table_[at].position() != position)
             at = (at + 1) & mask;
         return at;
     }
 
     void put(Place place) noexcept {
         const std::size_t mask = table_.size() - 1;
-        std::size_t at = place.hash & mask;
-        while (table_[at].position < removed)
+        std::size_t at = place.hash() & mask;
+        while (table_[at].position() != none)
             at = (at + 1) & mask;
-        if (table_[at].position == none) ++filled_;
+        fill(at, place);
+    }
+
+    void fill(std::size_t at, Place place) noexcept {
         table_[at] = place;
+        ++filled_;
     }
 
     /// Whether one more element needs a table, or a new one. At least half of the places have to be free.
@@ -249,11 +272,11 @@ class OrderedTable {
         places.swap(table_);
         filled_ = 0;
         for (const Place& place : places) {
-            if (place.position < removed) put(place);
+            if (place.position() < removed) put(place);
         }
         if (!places.empty()) return;
         for (Position position = elements_.firstPosition(); position < elements_.endPosition(); ++position) {
-            if (!elements_.isGap(position)) put({hashOf(KeyOf()(elements_[position])), position});
+            if (!elements_.isGap(position)) put(Place(hashOf(KeyOf()(elements_[position])), position));
         }
     }
 
