@@ -111,6 +111,56 @@ class NameTable {
 constexpr NameTable months("JanFebMarAprMayJunJulAugSepOctNovDec");
 constexpr NameTable weekdays("SunMonTueWedThuFriSat");
 
+/// Hours, minutes and seconds at the places where the pairs of "00:00:00" are.
+constexpr std::uint64_t packedTime(std::uint64_t hour, std::uint64_t minute, std::uint64_t second) noexcept {
+    return hour | minute << 24U | second << 48U;
+}
+
+/// Whether any of them is too large, leap seconds included.
+constexpr bool isBeyond(std::uint64_t time) noexcept {
+    return ((time + packedTime(127 - 23, 127 - 59, 127 - 59)) & packedTime(0x80, 0x80, 0x80)) != 0;
+}
+
+struct Month {
+    /// In a year that is no leap year.
+    std::uint16_t daysBefore = 0;
+    std::uint8_t length = 0;
+    bool isBehindLeapDay = false;
+};
+
+/// From 1, as its number is.
+constexpr std::array<Month, 13> monthsOfYear = [] {
+    std::array<Month, 13> made;
+    unsigned daysBefore = 0;
+    for (unsigned month = 1; month <= 12; ++month) {
+        const unsigned length = civil::daysInMonth(1970, month);
+        made[month] = {static_cast<std::uint16_t>(daysBefore), static_cast<std::uint8_t>(length), month > 2};
+        daysBefore += length;
+    }
+    return made;
+}();
+
+/// The day of that name, counted from 1970-01-01. Whether there is one.
+bool findDay(unsigned century, unsigned yearOfCentury, unsigned month, unsigned day, std::int64_t& days) noexcept {
+    if (century < 16) [[unlikely]] {
+        // The Julian calendar's, and the change of calendars.
+        const unsigned year = 100 * century + yearOfCentury;
+        days = civil::daysFrom(year, month, day);
+        return civil::isDay(year, month, day);
+    }
+    constexpr int daysPerCentury = 36'524;
+    constexpr int fromYearZero = 719'528;
+    const unsigned isFirstYear = yearOfCentury == 0 ? 1 : 0;
+    const unsigned isLeapCentury = century % 4 == 0 ? 1 : 0;
+    const unsigned isLeapYear = ((isFirstYear != 0 ? century : yearOfCentury) & 3) == 0 ? 1 : 0;
+    const Month& found = monthsOfYear[month];
+    const unsigned leapDaysBefore = (century + 3) / 4 + (yearOfCentury + 3) / 4 - ((isFirstYear | isLeapCentury) ^ 1);
+    days = static_cast<int>(century * daysPerCentury + yearOfCentury * 365 + leapDaysBefore + found.daysBefore +
+                            (isLeapYear & static_cast<unsigned>(found.isBehindLeapDay)) + day - 1) -
+           fromYearZero;
+    return day - 1 < found.length + (isLeapYear & static_cast<unsigned>(month == 2));
+}
+
 }  // namespace
 
 bool parseHTTPDate(std::string_view text, double& seconds) noexcept {
@@ -132,19 +182,15 @@ bool parseHTTPDate(std::string_view text, double& seconds) noexcept {
 
     const std::uint64_t yearPairs = pairs(yearValues);
     const std::uint64_t timePairs = pairs(timeValues);
-    const unsigned day = byte(pairs(dayValues), 5);
     unsigned weekday = 0;
     unsigned month = 0;
     if (!weekdays.find(dayPart, weekday) || !months.find(yearPart, month)) return false;
-    const unsigned year = 100 * byte(yearPairs, 4) + byte(yearPairs, 6);
-    const unsigned hour = byte(timePairs, 0);
-    const unsigned minute = byte(timePairs, 3);
-    const unsigned second = byte(timePairs, 6);
-    if (day - 1 >= civil::daysInMonth(year, month) || (year == 1582 && !civil::isDay(year, month, day))) return false;
-    const bool isLeapSecond = hour == 23 && minute == 59 && second == 60;
-    if (hour > 23 || minute > 59 || (second > 59 && !isLeapSecond)) return false;
-    seconds = static_cast<double>(civil::daysFrom(year, month, day) * civil::secondsPerDay + hour * 3600 + minute * 60 +
-                                  second);
+    const std::uint64_t time = timePairs & packedTime(0xff, 0xff, 0xff);
+    if (isBeyond(time) && time != packedTime(23, 59, 60)) return false;
+    std::int64_t days = 0;
+    if (!findDay(byte(yearPairs, 4), byte(yearPairs, 6), month, byte(pairs(dayValues), 5), days)) return false;
+    const unsigned secondOfDay = byte(time, 0) * 3600 + byte(time, 3) * 60 + byte(time, 6);
+    seconds = static_cast<double>(days * civil::secondsPerDay + secondOfDay);
     return true;
 }
 
