@@ -214,6 +214,11 @@ void LiveBoard::show() {
     screen_->show(rows);
 }
 
+void LiveBoard::repaint() {
+    show();
+    screen_->repaint();
+}
+
 std::string LiveBoard::banner() const {
     const auto connection = environment_.reachability->currentReachabilityString();
     return environment_.terminal.styled(Style::strong, fmt::format("{}  {}  [{}]", tabs_[current_].page->title(),

@@ -44,6 +44,9 @@ class LiveBoard : public std::enable_shared_from_this<LiveBoard> {
     /// Ends it.
     void leave();
 
+    /// Shows everything anew, on a terminal of another size.
+    void repaint();
+
     /// Shows a line below the page.
     void note(std::string line);
 

@@ -78,7 +78,7 @@ class Matchday {
     Matchday(const Matchday&) = delete;
     Matchday& operator=(const Matchday&) = delete;
 
-    void interrupt() const { kill(process_, SIGINT); }
+    void send(int signal) const { kill(process_, signal); }
 
     /// Types on the program's terminal.
     void type(std::string_view keys) const {
@@ -178,6 +178,8 @@ TEST(Matchday, FiltersAsTheUserTypes) {
     ASSERT_TRUE(program.waitFor("Teams: "));
     program.type("kes");
     ASSERT_TRUE(program.waitFor("\033[7;1H\033[K")) << "the second game's row is empty when one game is left";
+    program.send(SIGWINCH);
+    ASSERT_TRUE(program.waitFor("\033[2J\033[1;1H")) << "all is painted again on a terminal of another size";
     program.type("\x7F, nobody");
     ASSERT_TRUE(program.waitFor("no team is called 'nobody'"));
     program.type("\x04");
@@ -279,7 +281,7 @@ TEST(Matchday, EndsOnCtrlCWhileItWaits) {
     server.route("GET", "/never", LoopbackResponse{.fault = LoopbackFault::neverAnswer});
     Matchday program({"--url", server.url("/never")});
     ASSERT_TRUE(server.waitForRequests(1));
-    program.interrupt();
+    program.send(SIGINT);
     EXPECT_EQ(program.wait(), 130);
     EXPECT_THAT(program.errors, IsEmpty());
 }

@@ -68,6 +68,10 @@ void Scoreboard::press(char key) {
     if (live_) live_->press(key);
 }
 
+void Scoreboard::repaint() {
+    if (live_) live_->repaint();
+}
+
 void Scoreboard::close() {
     if (!live_) return;
     live_->leave();

@@ -35,6 +35,9 @@ class Scoreboard : public corvane::BackgroundSessionDelegate, public std::enable
     /// A key that was typed.
     void press(char key);
 
+    /// Shows what is live anew, on a terminal of another size.
+    void repaint();
+
     /// Clears the screen of what is live and sums up what has been; to be called when the loop has ended early.
     void close();
 

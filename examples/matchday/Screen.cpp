@@ -30,6 +30,13 @@ void Screen::show(const std::vector<std::string>& rows) {
     }
 }
 
+void Screen::repaint() {
+    if (!terminal_.isInteractive()) return;
+    terminal_.write("\033[2J");
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        paint(i + 1, rows_[i].value());
+}
+
 void Screen::addRow() {
     rows_.emplace_back(std::string());
     rows_.back().addObserver(

@@ -25,6 +25,9 @@ class Screen : public std::enable_shared_from_this<Screen> {
     /// Makes these the rows of the screen.
     void show(const std::vector<std::string>& rows);
 
+    /// Paints all rows of a terminal again, which has another size.
+    void repaint();
+
     /// How many rows were assigned, and how many of these had to be painted.
     [[nodiscard]] std::size_t assignedCount() const noexcept { return assignedCount_; }
 

@@ -16,11 +16,12 @@ SignalWatcher::SignalWatcher(std::function<void(int)> onSignal) {
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGWINCH);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     thread_ = std::thread([this, signals, shared = std::make_shared<std::function<void(int)>>(std::move(onSignal))] {
         bool hasAsked = false;
         for (int signal = 0; sigwait(&signals, &signal) == 0 && !isEnding_.load();) {
-            if (std::exchange(hasAsked, true)) _exit(128 + signal);
+            if (signal != SIGWINCH && std::exchange(hasAsked, true)) _exit(128 + signal);
             corvane::RunLoop::main().perform([shared, signal] { (*shared)(signal); });
         }
     });

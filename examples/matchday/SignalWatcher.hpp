@@ -6,12 +6,12 @@
 
 namespace matchday {
 
-/// Turns SIGINT and SIGTERM into calls on the main run loop. Made on the main thread before any other thread, which
-/// then inherits the blocked signals; nothing ever runs inside a signal handler.
+/// Turns SIGINT, SIGTERM and SIGWINCH into calls on the main run loop. Made on the main thread before any other thread,
+/// which then inherits the blocked signals; nothing ever runs inside a signal handler.
 class SignalWatcher {
   public:
-    /// `onSignal` is called on the main thread with the signal's number. A second signal ends the process at once, for
-    /// users who do not want to wait.
+    /// `onSignal` is called on the main thread with the signal's number. A second SIGINT or SIGTERM ends the process
+    /// at once, for users who do not want to wait.
     explicit SignalWatcher(std::function<void(int)> onSignal);
     ~SignalWatcher();
 

@@ -128,6 +128,10 @@ std::string elided(std::string_view text, std::size_t columns) {
 
 Terminal::Terminal(ColorMode colors)
     : hasColors_(allowsColors(colors)), isInteractive_(isCapable() && isatty(STDIN_FILENO) == 1) {
+    measure();
+}
+
+void Terminal::measure() {
     winsize size{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return;
     if (size.ws_col > 0) columns_ = size.ws_col;

@@ -37,6 +37,9 @@ class Terminal {
 
     [[nodiscard]] std::size_t rows() const noexcept { return rows_; }
 
+    /// Asks for the size anew.
+    void measure();
+
     /// Whether somebody sits there, who sees what is written and may type.
     [[nodiscard]] bool isInteractive() const noexcept { return isInteractive_; }
 

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <clocale>
 #include <csignal>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,7 +65,11 @@ int run(const Options& options) {
         exitCode = code;
         corvane::RunLoop::main().stop();
     };
-    const SignalWatcher signals([&stop](int signal) { stop(signalled + signal); });
+    std::function<void()> onResize;
+    const SignalWatcher signals([&stop, &onResize](int signal) {
+        if (signal != SIGWINCH) return stop(signalled + signal);
+        if (onResize) onResize();
+    });
 
     Terminal terminal(options.colors);
     const auto onEnd = [&stop](const std::optional<std::string>& failure) {
@@ -88,6 +93,10 @@ int run(const Options& options) {
         backend.emplace();
         scoreboard = Scoreboard::make(terminal, backend->url(""), onEnd);
         scoreboard->start();
+        onResize = [&terminal, &scoreboard] {
+            terminal.measure();
+            if (scoreboard) scoreboard->repaint();
+        };
     }
     if (scoreboard && terminal.isInteractive()) {
         Keyboard().run([&isOver] { return isOver; }, [&scoreboard](char key) { scoreboard->press(key); });
