@@ -125,7 +125,16 @@ class UniqueFunction<R(Args...), InlineBytes> {
         if (operations_->relocate != nullptr) {
             operations_->relocate(storage_, other.storage_);
         } else {
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+            // With what lies behind the target, which a user's compiler should not complain of.
             std::memcpy(storage_, other.storage_, InlineBytes);
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
         }
     }
 
