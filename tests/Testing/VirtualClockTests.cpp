@@ -85,6 +85,14 @@ TEST(VirtualClock, IsMovedFromAnotherThreadWhileTheMainLoopRuns) {
     EXPECT_EQ(fired, 10);
 }
 
+TEST(VirtualClock, NeverComesToTheEndOfTime) {
+    VirtualClock clock;
+    const auto timer = Timer::scheduled(1e18, false, [](Timer&) { ADD_FAILURE() << "292 years are never over"; });
+    clock.advance(1e18);
+    clock.advance(1);
+    timer->invalidate();
+}
+
 TEST(VirtualClock, PuttingItInForceWakesWhoWaits) {
     std::promise<void> done;
     std::thread other([&] {

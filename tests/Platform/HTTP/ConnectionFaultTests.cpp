@@ -1,7 +1,10 @@
+#include <cstdlib>
+
 #include <Corvane/Testing/VirtualClock.hpp>
 
 #include "ResolverStub.hpp"
 #include "SessionFixture.hpp"
+#include "tests/Support/DescriptorShortage.hpp"
 
 namespace corvane {
 namespace {
@@ -153,6 +156,20 @@ TEST_F(ConnectionFault, TimesOutWhenNothingMovesAndNotBefore) {
         clock.advance(1);
     EXPECT_TRUE(waitForAll().error == URLError::timedOut);
     EXPECT_TRUE(exchange->waitForHangUp());
+}
+
+TEST_F(ConnectionFault, WithoutADescriptorIsNotForEver) {
+    server.route("GET", "/", LoopbackResponse::json("sound"));
+    const auto startWithoutDescriptors = [this] {
+        {
+            const DescriptorShortage shortage;
+            EXPECT_TRUE(load(request("/")).error);
+        }
+        EXPECT_EQ(load(request("/")).body(), "sound");
+        std::_Exit(HasFailure() ? 1 : 0);
+    };
+    // In another process, whose network thread has not started.
+    EXPECT_EXIT(startWithoutDescriptors(), ::testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

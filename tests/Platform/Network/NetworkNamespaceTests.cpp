@@ -1,4 +1,3 @@
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -16,6 +15,7 @@
 
 #include "PathRecorder.hpp"
 #include "tests/Platform/HTTP/ResolverStub.hpp"
+#include "tests/Support/DescriptorShortage.hpp"
 #include "tests/Support/NetworkNamespace.hpp"
 
 namespace corvane {
@@ -73,24 +73,6 @@ TEST(NetworkNamespaceTest, FollowsLinksRoutesAndAddresses) {
     }
     EXPECT_EQ(recorder->reports(), expected) << "each change once, and nothing for the same flags";
 }
-
-/// Until it ends, no descriptor can be opened.
-class DescriptorShortage {
-  public:
-    DescriptorShortage() {
-        ::getrlimit(RLIMIT_NOFILE, &former_);
-        const rlimit none{.rlim_cur = 0, .rlim_max = former_.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &none);
-    }
-
-    ~DescriptorShortage() { ::setrlimit(RLIMIT_NOFILE, &former_); }
-
-    DescriptorShortage(const DescriptorShortage&) = delete;
-    DescriptorShortage& operator=(const DescriptorShortage&) = delete;
-
-  private:
-    rlimit former_{};
-};
 
 void closeNetlinkSockets() {
     constexpr int enough = 64;

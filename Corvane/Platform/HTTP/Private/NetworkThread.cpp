@@ -10,7 +10,6 @@
 #include <thread>
 #include <utility>
 
-#include <Corvane/Platform/FatalError.hpp>
 #include <Corvane/Platform/HTTP/Private/ConnectivityGate.hpp>
 #include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
 #include <Corvane/Platform/HTTP/Private/NetworkThread.hpp>
@@ -29,6 +28,13 @@ CURLM* makeMulti() {
     curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, 128L);
     return multi;
 }
+
+int makeWakeDescriptor() noexcept {
+    return ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+}
+
+/// How often the thread looks for work when nobody can wake it, in milliseconds.
+constexpr int lookInterval = 20;
 
 /// The part of a request's timeout that it waits for connectivity, and then the part that it is given to succeed
 /// without.
@@ -50,8 +56,7 @@ NetworkThread& NetworkThread::shared() {
     return *thread;
 }
 
-NetworkThread::NetworkThread() : multi_(makeMulti()), wakeDescriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (wakeDescriptor_ < 0) fatalError("No descriptor is left for the network thread.");
+NetworkThread::NetworkThread() : multi_(makeMulti()), wakeDescriptor_(makeWakeDescriptor()) {
     ClockClients::add(*this);
     // A thread starts with its maker's mask. All signals are the application's business, and a peer that
     // hangs up in the middle of a TLS write must not raise SIGPIPE.
@@ -117,6 +122,11 @@ void NetworkThread::perform() {
 
 void NetworkThread::sleep(int milliseconds) {
     if (milliseconds == 0) return;
+    if (wakeDescriptor_ < 0) {
+        // A short sleep all the same: who has submitted meanwhile had nothing to wake us with.
+        wakeDescriptor_ = makeWakeDescriptor();
+        milliseconds = std::min(milliseconds, lookInterval);
+    }
     const bool isShort = secureOnWire_ > 0 && quietMilliseconds_ < milliseconds;
     // libcurl has a wake-up of its own, but over a pair of sockets, which takes the kernel longer.
     curl_waitfd wake{.fd = wakeDescriptor_, .events = CURL_WAIT_POLLIN, .revents = 0};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -72,7 +73,8 @@ class NetworkThread final : public ClockClient {
     void fail(const std::shared_ptr<DataTask>& task, PlatformError error);
 
     CURLM* const multi_;
-    const int wakeDescriptor_;
+    /// Negative while there is no descriptor to be had.
+    std::atomic<int> wakeDescriptor_;
     /// Whether handles were added that libcurl has not seen yet.
     bool hasNews_ = false;
     /// libcurl 7.88 loses wake-ups of HTTP/2: data that one stream's handle reads from the socket for another is
