@@ -15,6 +15,7 @@
 #include <Corvane/Platform/Dates/Private/ZoneFile.hpp>
 #include <Corvane/Platform/Dates/TimeZone.hpp>
 
+#include "tests/Support/DescriptorShortage.hpp"
 #include "tests/Support/ZoneVariable.hpp"
 
 namespace corvane {
@@ -96,6 +97,16 @@ TEST(TimeZone, OfTheDeviceFollowsTZ) {
     }
     const ZoneVariable variable("XXX-1YYY-3,J60,300");
     EXPECT_EQ(TimeZone::system().secondsFromGMT(at(july1960)), 10'800) << "a rule counts before 1970, too";
+}
+
+TEST(TimeZone, OfTheDeviceStaysWhileNoDescriptorIsLeftToReadAnother) {
+    const ZoneVariable former("Asia/Tokyo");
+    std::optional<DescriptorShortage> shortage(std::in_place);
+    const ZoneVariable variable("Pacific/Marquesas");
+    EXPECT_EQ(TimeZone::system().secondsFromGMT(at(january2024)), 32'400);
+    shortage.reset();
+    TimeZone::resetSystemTimeZone();
+    EXPECT_EQ(TimeZone::system().secondsFromGMT(at(january2024)), -34'200);
 }
 
 TEST(TimeZone, CurrentIsWhatTheApplicationSays) {

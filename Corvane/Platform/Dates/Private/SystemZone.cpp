@@ -1,11 +1,14 @@
+#include <fcntl.h>
 #include <limits.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <forward_list>
 #include <limits>
 #include <mutex>
@@ -90,6 +93,14 @@ TimeZone fromLocalTime() {
     return fromFile(path, path);
 }
 
+/// Without a descriptor every zone that has to be read would seem to be UTC.
+bool hasDescriptors() {
+    const int file = ::open("/", O_PATH | O_CLOEXEC);
+    if (file < 0) return errno != EMFILE && errno != ENFILE;
+    ::close(file);
+    return true;
+}
+
 class Device {
   public:
     static Device& shared() {
@@ -105,10 +116,14 @@ class Device {
     void look() {
         const std::lock_guard lock(mutex_);
         Source source = Source::now();
-        if (zone_.load(std::memory_order_relaxed) == nullptr || !(source == source_)) {
-            zone_.store(keep(source.isSet ? fromVariable(source.variable) : fromLocalTime()),
-                        std::memory_order_release);
-            source_ = std::move(source);
+        const bool isFirst = zone_.load(std::memory_order_relaxed) == nullptr;
+        if (isFirst || !(source == source_)) {
+            const bool isReadable = hasDescriptors();
+            if (isReadable || isFirst) {
+                zone_.store(keep(source.isSet ? fromVariable(source.variable) : fromLocalTime()),
+                            std::memory_order_release);
+            }
+            if (isReadable) source_ = std::move(source);
         }
         // Whoever sees that there is no need to look sees the zone as well.
         nextLook_.store(coarseSeconds() + 1, std::memory_order_release);
