@@ -89,6 +89,7 @@ class DirectOrderedDictionaryDecoder {
         if (isNew) return true;
         // Which of equal keys comes last is told only by an exact look: the same name may have come twice.
         if (!cursor.isExact()) return false;
+        // NOLINTNEXTLINE(bugprone-use-after-move): what is not new has left it where it was.
         current = std::move(value);
         return true;
     }

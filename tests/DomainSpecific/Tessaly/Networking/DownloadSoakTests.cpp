@@ -103,7 +103,7 @@ class DownloadSoak : public ::testing::Test {
         }
     }
 
-    static std::string body(const std::string& target) { return "{\"is\":\"" + target + "\"}"; }
+    static std::string body(const std::string& target) { return R"({"is":")" + target + "\"}"; }
 
     /// One of the roads. When it is replaced first, the manager and the provider before it go at once, whatever they
     /// are doing; their session is ended by the next replacement, because some of their loads are never answered.
@@ -179,7 +179,8 @@ TEST_F(DownloadSoak, EveryCompletionIsCalledOnceOrItsLoadWasCancelled) {
     constexpr unsigned threadCount = 4;
     constexpr unsigned loads = 4000;
     const char* const given = std::getenv("CORVANE_SOAK_SEED");
-    const unsigned seed = given != nullptr ? static_cast<unsigned>(std::atoi(given)) : std::random_device{}();
+    const unsigned seed =
+        given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
     std::cout << "seed " << seed << '\n';
 
     std::atomic<unsigned> threadsLeft = threadCount;
