@@ -95,13 +95,12 @@ std::optional<DecodingError> KeyedDecodingContainer::readMembers(std::string_vie
     const ExactScope scope(*cursor_);
     const auto step = moveTo(key);
     if (!step) return cursor_->takeError();
-    const std::uint32_t position = cursor_->position();
     const std::size_t most = cursor_->mostMembers();
-    prepare(target, most);
-    if (cursor_->readDictionaryInGoodFaith(target, entry, &*step)) return std::nullopt;
-    prepare(target, most);
-    cursor_->moveTo(position);
-    if (cursor_->readDictionary(target, entry, &*step)) return std::nullopt;
+    const auto read = [&] {
+        prepare(target, most);
+        return cursor_->readDictionary(target, entry, &*step);
+    };
+    if (cursor_->readInGoodFaith(read) || read()) return std::nullopt;
     return cursor_->takeError();
 }
 

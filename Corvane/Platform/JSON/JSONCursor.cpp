@@ -50,8 +50,10 @@ bool JSONCursor::unescape(std::string_view& raw) {
     return true;
 }
 
-std::string_view JSONCursor::kept(std::string_view text) {
-    return tokens_.contains(text.data()) ? text : keptTexts_.emplace_front(text);
+bool JSONCursor::keepUnescaped(std::string_view& text) {
+    if (!unescape(text)) return false;
+    text = keptTexts_.emplace_front(text);
+    return true;
 }
 
 bool JSONCursor::readNull() noexcept {

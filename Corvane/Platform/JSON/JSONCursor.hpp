@@ -60,7 +60,9 @@ class CORVANE_EXPORT JSONMemberTable {
 /// templates that know the types and the JSON reader.
 ///
 /// A document is first read in good faith: in one pass, without looking for what went wrong. Only when something did,
-/// or when a key occurs twice, is it read again exactly. Types that decode themselves always see the exact way.
+/// or when a key occurs twice, is it read again exactly. Types that decode themselves see the members and elements of
+/// their value as the exact way tells them, and whole structs, lists and dictionaries that they ask for are again tried
+/// in good faith first.
 ///
 /// Every `read` operation leaves the cursor behind the value when it succeeds; when it fails, `takeError` has the
 /// reason.
@@ -125,9 +127,14 @@ class CORVANE_EXPORT JSONCursor {
     /// Calls `entry` for each member with the cursor at its value.
     bool readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path);
 
-    /// The same, but in good faith: a failure has no reason yet, and only means that an exact look is needed. Not even
-    /// tried where trying has not been worth it.
-    bool readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path);
+    /// Reads with `read`, in good faith, what would otherwise be read exactly. False when that failed, or was not tried
+    /// as trying has not been worth it in this document: then the cursor is where it was, nothing is known of why, and
+    /// what was read is to be thrown away.
+    template <class Read>
+    bool readInGoodFaith(const Read& read) {
+        const auto attempt = beginAttempt();
+        return attempt && endAttempt(*attempt, read());
+    }
 
     /// Whether a failure now has to have its reason, and repeated keys have been sorted out.
     [[nodiscard]] bool isExact() const noexcept { return exact_; }
@@ -180,14 +187,25 @@ class CORVANE_EXPORT JSONCursor {
     };
 
   private:
+    struct Attempt {
+        std::uint32_t start;
+        std::size_t depth;
+        bool wasExact;
+    };
+
     explicit JSONCursor(JSONStructure& structure);
+
+    [[nodiscard]] std::optional<Attempt> beginAttempt() noexcept;
+    bool endAttempt(const Attempt& attempt, bool isRead);
 
     [[nodiscard]] std::string_view tokenText() const noexcept;
     [[nodiscard]] bool unescape(std::string_view& raw);
-    [[nodiscard]] bool takeUnescapedKey(std::string_view& key);
+    [[nodiscard]] bool keepUnescaped(std::string_view& text);
+    [[nodiscard]] bool readKey(std::string_view& key);
     [[nodiscard]] static bool numberValue(const JSONNumberText& number, double& value) noexcept;
     [[nodiscard]] bool readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path);
     bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
+    bool readAnySigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
     bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
     bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);
     bool failMalformed();
@@ -199,13 +217,13 @@ class CORVANE_EXPORT JSONCursor {
     bool readMember(void* object, const MemberCoding& member, const CodingStep* path);
     bool readAggregateExactly(void* object, const AggregateCoding& coding, const CodingStep* path);
     void startAgainExactly();
-    [[nodiscard]] std::string_view kept(std::string_view text);
+    void wantEnds();
 
     JSONTokens tokens_;
     bool exact_ = false;
-    /// In good faith, inside each other.
+    /// Attempts inside each other, and how many tokens were passed in vain.
     unsigned attempts_ = 0;
-    bool hasFailedAttempt_ = false;
+    std::size_t wastedTokens_ = 0;
     std::size_t depth_ = 0;
     JSONStructure& structure_;
     std::string scratch_;

@@ -89,10 +89,6 @@ template <class T>
 
 }  // namespace
 
-bool JSONCursor::takeUnescapedKey(std::string_view& key) {
-    return takeKey(tokens_, key) && unescape(key);
-}
-
 template <class T>
 bool JSONCursor::read(std::optional<T>& value, const CodingStep* path) {
     value.reset();
@@ -194,20 +190,9 @@ bool JSONCursor::readArray(void* list, ReadElement element, const CodingStep* pa
     return true;
 }
 
-bool JSONCursor::readDictionaryInGoodFaith(void* dictionary, ReadEntry entry, const CodingStep* path) {
-    // A failure makes all the attempts around it fail, and each then reads again what is inside it: there may only be
-    // few of them, and none after the first failure.
-    constexpr unsigned mostAttempts = 4;
-    if (hasFailedAttempt_ || attempts_ == mostAttempts) return false;
-    ++attempts_;
-    const bool wasExact = std::exchange(exact_, false);
-    const std::size_t depth = depth_;
-    const bool isRead = readDictionary(dictionary, entry, path);
-    exact_ = wasExact;
-    depth_ = depth;
-    --attempts_;
-    hasFailedAttempt_ |= !isRead;
-    return isRead;
+[[gnu::always_inline]] inline bool JSONCursor::readKey(std::string_view& key) {
+    if (!takeKey(tokens_, key)) return false;
+    return !hasEscape(key) || keepUnescaped(key);
 }
 
 bool JSONCursor::readDictionary(void* dictionary, ReadEntry entry, const CodingStep* path) {
@@ -230,13 +215,54 @@ bool JSONCursor::readDictionary(void* dictionary, ReadEntry entry, const CodingS
     auto step = CodingStep::to(path, std::string_view());
     if (!tokens_.take('}')) {
         do {
-            if (!takeUnescapedKey(step.key)) return false;
-            step.key = kept(step.key);
+            if (!readKey(step.key)) return false;
             if (!entry(*this, dictionary, step.key, &step)) return false;
         } while (tokens_.take(','));
         if (!tokens_.take('}')) return false;
     }
     --depth_;
+    return true;
+}
+
+bool JSONCursor::listMembers(JSONMemberTable& table, const CodingStep* path) {
+    if (tokens_.peek() != '{') return failMismatch("a dictionary", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    wantEnds();
+    const std::uint32_t start = position();
+    tokens_.pass();
+    ++depth_;
+    if (!tokens_.take('}')) {
+        do {
+            std::string_view key;
+            if (!readKey(key)) return failMalformed();
+            table.add(key, position());
+            if (!skip()) return false;
+        } while (tokens_.take(','));
+        if (!tokens_.take('}')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = position();
+    moveTo(start);
+    return true;
+}
+
+bool JSONCursor::listElements(std::vector<std::uint32_t>& elements, const CodingStep* path) {
+    if (tokens_.peek() != '[') return failMismatch("an array", path);
+    if (depth_ == maximumDepth) return failMalformed();
+    wantEnds();
+    const std::uint32_t start = position();
+    tokens_.pass();
+    ++depth_;
+    if (!tokens_.take(']')) {
+        do {
+            elements.push_back(position());
+            if (!skip()) return false;
+        } while (tokens_.take(','));
+        if (!tokens_.take(']')) return failMalformed();
+    }
+    --depth_;
+    behind_[start] = position();
+    moveTo(start);
     return true;
 }
 

@@ -69,6 +69,30 @@ void JSONCursor::startAgainExactly() {
     behind_.assign(tokens_.count(), 0);
 }
 
+std::optional<JSONCursor::Attempt> JSONCursor::beginAttempt() noexcept {
+    // A failure makes all the attempts around it fail, and each then reads again what is inside it: there may only be
+    // few inside each other, and only until they have cost as much as the whole document.
+    constexpr unsigned mostAttempts = 4;
+    if (attempts_ == mostAttempts || wastedTokens_ > tokens_.count()) return std::nullopt;
+    ++attempts_;
+    return Attempt{position(), depth_, std::exchange(exact_, false)};
+}
+
+bool JSONCursor::endAttempt(const Attempt& attempt, bool isRead) {
+    --attempts_;
+    exact_ = attempt.wasExact;
+    depth_ = attempt.depth;
+    if (isRead) {
+        // What spans several tokens begins with a bracket.
+        wantEnds();
+        if (position() - attempt.start > 1) behind_[attempt.start] = position();
+    } else {
+        wastedTokens_ += position() - attempt.start + 1;
+        moveTo(attempt.start);
+    }
+    return isRead;
+}
+
 bool JSONCursor::fail(DecodingError error) {
     error_ = std::move(error);
     return false;

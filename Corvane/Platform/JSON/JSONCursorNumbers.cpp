@@ -78,12 +78,14 @@ bool JSONCursor::read(float& value, const CodingStep* path) {
 }
 
 bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
-    if (std::int64_t integer = 0; takeShortInteger(tokens_, integer)) {
-        value = integer;
-        if (least <= integer && integer <= most) return true;
+    if (takeShortInteger(tokens_, value)) {
+        if (least <= value && value <= most) return true;
         tokens_.stepBack();
-        return failRange(least, static_cast<std::uint64_t>(most), path);
     }
+    return readAnySigned(value, least, most, path);
+}
+
+bool JSONCursor::readAnySigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
     JSONNumberText number;
     if (!readNumber(number, "an integer", path)) return false;
     constexpr auto limit = std::uint64_t{1} << 63;

@@ -5,7 +5,7 @@
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 #include <Corvane/Platform/JSON/Private/JSONScalars.hpp>
 
-// Passing over what nobody wants yet, validating it, and finding out where things are.
+// Passing over what nobody wants yet, validating it.
 
 namespace corvane::detail {
 
@@ -82,46 +82,8 @@ bool JSONCursor::skip() {
     return isPassed || failMalformed();
 }
 
-bool JSONCursor::listMembers(JSONMemberTable& table, const CodingStep* path) {
-    if (tokens_.peek() != '{') return failMismatch("a dictionary", path);
-    if (depth_ == maximumDepth) return failMalformed();
+void JSONCursor::wantEnds() {
     if (behind_.empty()) behind_.assign(tokens_.count(), 0);
-    const std::uint32_t start = position();
-    tokens_.pass();
-    ++depth_;
-    if (!tokens_.take('}')) {
-        do {
-            std::string_view key;
-            if (!takeUnescapedKey(key)) return failMalformed();
-            table.add(kept(key), position());
-            if (!skip()) return false;
-        } while (tokens_.take(','));
-        if (!tokens_.take('}')) return failMalformed();
-    }
-    --depth_;
-    behind_[start] = position();
-    moveTo(start);
-    return true;
-}
-
-bool JSONCursor::listElements(std::vector<std::uint32_t>& elements, const CodingStep* path) {
-    if (tokens_.peek() != '[') return failMismatch("an array", path);
-    if (depth_ == maximumDepth) return failMalformed();
-    if (behind_.empty()) behind_.assign(tokens_.count(), 0);
-    const std::uint32_t start = position();
-    tokens_.pass();
-    ++depth_;
-    if (!tokens_.take(']')) {
-        do {
-            elements.push_back(position());
-            if (!skip()) return false;
-        } while (tokens_.take(','));
-        if (!tokens_.take(']')) return failMalformed();
-    }
-    --depth_;
-    behind_[start] = position();
-    moveTo(start);
-    return true;
 }
 
 }  // namespace corvane::detail

@@ -4,6 +4,12 @@
 
 namespace corvane::detail {
 
+namespace {
+
+constexpr std::size_t usualMembers = 16;
+
+}  // namespace
+
 std::size_t JSONMemberTable::find(std::string_view key, std::size_t likely) const noexcept {
     if (likely < entries_.size() && entries_[likely].key == key) return likely;
     if (!slots_.empty()) {
@@ -21,6 +27,7 @@ void JSONMemberTable::add(std::string_view key, std::uint32_t value) {
         entries_[position].value = value;
         return;
     }
+    if (entries_.empty()) entries_.reserve(usualMembers);
     entries_.push_back({key, value});
     if (slotCount(entries_.size()) > slots_.size()) {
         rebuildSlots();

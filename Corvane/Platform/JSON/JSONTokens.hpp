@@ -55,11 +55,6 @@ class JSONTokens {
     /// Where the token ends at the latest: where the next one begins.
     [[nodiscard]] const char* limit() const noexcept { return text_ + at_[1]; }
 
-    /// Whether `character` is one of the document's.
-    [[nodiscard]] bool contains(const char* character) const noexcept {
-        return character >= text_ && character < text_ + *end_;
-    }
-
   private:
     const char* text_;
     const std::uint32_t* first_;

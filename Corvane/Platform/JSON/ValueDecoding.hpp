@@ -37,13 +37,30 @@ std::expected<T, DecodingError> readSelfDecoded(JSONCursor& cursor, const Coding
     return value;
 }
 
+/// Whether a `T` stands for a whole array or dictionary of a document.
+template <class T>
+constexpr bool holdsOthers() {
+    if constexpr (isOptional<T>) {
+        return holdsOthers<typename T::value_type>();
+    } else {
+        return isVector<T> || CodedDictionary<T> || CodedAggregate<T>;
+    }
+}
+
 template <class T>
 std::expected<T, DecodingError> readNew(JSONCursor& cursor, const CodingStep* path) {
     if constexpr (HasDecodingCoding<T> || HasOwnDecoding<T>) {
         return readSelfDecoded<T>(cursor, path);
     } else {
         static_assert(std::default_initializable<T>, "a type without a default has to decode itself");
-        std::expected<T, DecodingError> value(std::in_place);
+        using Result = std::expected<T, DecodingError>;
+        if constexpr (holdsOthers<T>()) {
+            if (cursor.isExact()) {
+                Result attempt(std::in_place);
+                if (cursor.readInGoodFaith([&] { return readValue(cursor, *attempt, path); })) return attempt;
+            }
+        }
+        Result value(std::in_place);
         if (!readValue(cursor, *value, path)) value = std::unexpected(cursor.takeError());
         return value;
     }

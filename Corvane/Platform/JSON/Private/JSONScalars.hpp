@@ -89,14 +89,9 @@ template <std::size_t Size>
     return true;
 }
 
-/// Takes an integer of up to fifteen digits.
+/// Takes an integer of up to sixteen digits with another token right behind it.
 [[nodiscard, gnu::always_inline]] inline bool takeShortInteger(JSONTokens& tokens, std::int64_t& value) noexcept {
-    if (tokens.left() < 2) return false;
-    if (const char first = *tokens.begin(); tokens.limit() == tokens.begin() + 1 && isDigit(first)) {
-        value = first - '0';
-    } else if (!scanShortInteger(tokens.begin(), value)) {
-        return false;
-    }
+    if (tokens.left() < 2 || !scanShortInteger(tokens.begin(), tokens.limit(), value)) return false;
     tokens.pass();
     return true;
 }
