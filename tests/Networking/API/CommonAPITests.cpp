@@ -6,6 +6,7 @@
 #include <Corvane/Networking/API/CommonAPI.hpp>
 #include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Platform/Dispatch/TaskHandle.hpp>
+#include <Corvane/Platform/HTTP/URLError.hpp>
 #include <Corvane/Testing/LoopbackServer.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
 
@@ -113,7 +114,7 @@ TEST(CommonAPI, EndsALoadWithItsTaskAndNotWithTheAPI) {
     ASSERT_TRUE(server.waitForHeldExchange());
     api.reset();
     load.cancel();
-    EXPECT_TRUE(runBlocking(load.value()).error().isURLSessionError());
+    EXPECT_EQ(runBlocking(load.value()).error(), CommonAPIError::urlSessionError(makeURLError(URLError::cancelled)));
 }
 
 TEST(CommonAPI, CachesUnderTheURLThatWasSetDuringTheLoad) {

@@ -24,7 +24,7 @@ TEST(RetryHandler, RetriesUpToItsMaximum) {
         {1, -1, "se.", ".rm"},
         {2, 2, "se.e..e..e..", "..r...rm.."},
         {2, 2, "sNe..e..", "..r..rm"},
-        {2, 2, "seo...Re..", ".....q"},
+        {2, 2, "seeo...Re..", ".....q"},
         {2, 2, "se..ez...e..e..", "..r.....r..rm"},
         {2, 2, "sRMe..e..", "..q..qn"},
         {1, 2, "sXe..", "..m"},
