@@ -40,18 +40,18 @@ struct MemberCoding {
         : key(memberKey), read(readMember), required(isRequired) {
         if (key.contains('\\')) {
             // A document has it with escapes.
-            quoted[0].mask = ~std::uint64_t{0};
+            quoted_[0].mask = ~std::uint64_t{0};
             return;
         }
-        for (std::size_t i = 0; i < quoted.size(); ++i)
+        for (std::size_t i = 0; i < quoted_.size(); ++i)
             for (std::size_t j = 0; j < word && i * word + j < key.size() + 2; ++j)
-                quoted[i].add(j, quotedCharacter(i * word + j));
+                quoted_[i].add(j, quotedCharacter(i * word + j));
     }
 
     /// Whether the key stands at `quote`, in quotes and without escapes. Sixteen bytes must be readable there, and so
     /// must be what is before `limit`.
     [[nodiscard, gnu::always_inline]] bool isAt(const char* quote, const char* limit) const noexcept {
-        if (!quoted[0].matches(quote) || !quoted[1].matches(quote + word)) return false;
+        if (!quoted_[0].matches(quote) || !quoted_[1].matches(quote + word)) return false;
         if (key.size() + 2 <= 2 * word) return true;
         const auto room = static_cast<std::size_t>(limit - quote);
         return room >= key.size() + 2 && quote[key.size() + 1] == '"' &&
@@ -99,7 +99,7 @@ struct MemberCoding {
 
     /// The beginning of the key as it stands in a document; zeros, which no document has, when it cannot stand there
     /// without escapes.
-    std::array<Word, 2> quoted;
+    std::array<Word, 2> quoted_;
 };
 
 /// How the members of a struct are found and read. At most 64.
