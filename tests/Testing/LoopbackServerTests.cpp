@@ -33,7 +33,7 @@ class RawClient {
         address.sin_family = AF_INET;
         address.sin_port = htons(server.port());
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+        EXPECT_EQ(::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     }
 
     ~RawClient() { ::close(socket_); }
