@@ -212,7 +212,7 @@ class OrderedTable {
     }
 
     template <class Key>
-    [[nodiscard]] Found lookUp(const Key& key, std::uint32_t hash) const {
+    [[nodiscard, gnu::always_inline]] inline Found lookUp(const Key& key, std::uint32_t hash) const {
         if (table_.empty()) {
             for (Position position = elements_.firstPosition(); position < elements_.endPosition(); ++position) {
                 if (!elements_.isGap(position) && equal_(KeyOf()(elements_[position]), key)) return {position};

@@ -65,10 +65,13 @@ template <class Word>
     std::uint64_t a = 0;
     std::uint64_t b = 0;
     // The last words overlap what comes before them, so that hardly anything is read byte by byte.
-    if (left >= 8) {
+    if (left > 16) {
         for (; left > 16; left -= 16, p += 16)
             hash = foldedProduct(loadedWord<std::uint64_t>(p) ^ seeds.second, loadedWord<std::uint64_t>(p + 8) ^ hash);
-        a = loadedWord<std::uint64_t>(left >= 8 ? p : p + left - 8);
+        a = loadedWord<std::uint64_t>(p + left - 16);
+        b = loadedWord<std::uint64_t>(p + left - 8);
+    } else if (left >= 8) {
+        a = loadedWord<std::uint64_t>(p);
         b = loadedWord<std::uint64_t>(p + left - 8);
     } else if (left >= 4) {
         a = loadedWord<std::uint32_t>(p);
