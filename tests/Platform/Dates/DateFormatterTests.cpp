@@ -131,6 +131,7 @@ TEST(DateFormatter, FollowsTheDeviceWhereNothingIsSet) {
     const ZoneVariable second("Asia/Tokyo");
     EXPECT_EQ(formatter.string(instant(evening)), "2024-03-16 04:30");
     TimeZone::setCurrent(TimeZone::utc());
+    EXPECT_EQ(TimeZone::system().identifier(), "Asia/Tokyo");
     EXPECT_EQ(formatter.string(instant(evening)), "2024-03-15 19:30");
     TimeZone::setCurrent(std::nullopt);
     EXPECT_EQ(DateFormatter("y").locale(), Locale::current());

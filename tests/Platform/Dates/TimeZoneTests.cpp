@@ -109,15 +109,6 @@ TEST(TimeZone, OfTheDeviceStaysWhileNoDescriptorIsLeftToReadAnother) {
     EXPECT_EQ(TimeZone::system().secondsFromGMT(at(january2024)), -34'200);
 }
 
-TEST(TimeZone, CurrentIsWhatTheApplicationSays) {
-    const ZoneVariable variable("Asia/Tokyo");
-    TimeZone::setCurrent(TimeZone::named("Europe/Paris"));
-    EXPECT_EQ(TimeZone::current().identifier(), "Europe/Paris");
-    EXPECT_EQ(TimeZone::system().identifier(), "Asia/Tokyo");
-    TimeZone::setCurrent(std::nullopt);
-    EXPECT_EQ(TimeZone::current().identifier(), "Asia/Tokyo");
-}
-
 TEST(ZoneFile, RefusesEveryDamage) {
     std::ifstream file("/usr/share/zoneinfo/Europe/Paris", std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), {}};

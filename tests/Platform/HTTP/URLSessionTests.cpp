@@ -62,7 +62,7 @@ TEST_F(URLSessionTest, SendsFieldsByteForByte) {
     EXPECT_EQ(seen.header("If-Modified-Since"), "Fri, 15  Mar 2024 12:00:00 gmt");
     EXPECT_EQ(seen.header("X-Empty"), "");
     EXPECT_EQ(seen.header("Accept"), "text/plain");
-    EXPECT_EQ(seen.header("X-App"), "1");
+    EXPECT_EQ(seen.header("x-app"), "1");
     EXPECT_FALSE(seen.header("Content-Length"));
 
     configuration.httpAdditionalHeaders = {{"X-App", "a\r\nX-Evil: 1"}};
