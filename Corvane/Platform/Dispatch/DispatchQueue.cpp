@@ -4,6 +4,7 @@
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
 #include <Corvane/Platform/Dispatch/Private/DelayedWork.hpp>
+#include <Corvane/Platform/Dispatch/Private/MainQueueBatch.hpp>
 #include <Corvane/Platform/Dispatch/Private/QueueFrame.hpp>
 #include <Corvane/Platform/Dispatch/Private/RunLoopImplementation.hpp>
 #include <Corvane/Platform/Dispatch/Private/SerialQueue.hpp>
@@ -33,7 +34,13 @@ class MainQueue final : public DispatchQueue {
     MainQueue() noexcept : DispatchQueue("corvane.main", {QoSClass::userInteractive, 0}) {}
 
   private:
-    void enqueue(Work&& work, DispatchQoS) override { RunLoop::main().implementation()->perform(std::move(work)); }
+    void enqueue(Work&& work, DispatchQoS) override {
+        if (MainQueueBatch* const batch = MainQueueBatch::current()) {
+            batch->add(std::move(work));
+        } else {
+            RunLoop::main().implementation()->perform({&work, 1});
+        }
+    }
 
     void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS) override {
         auto entry = std::make_shared<MainQueueDeadline>(std::move(work));
@@ -101,6 +108,10 @@ GlobalQueue& GlobalQueue::ofClass(QoSClass qosClass) {
 }
 
 }  // namespace
+
+void MainQueueBatch::flush() {
+    RunLoop::main().implementation()->perform(std::span(blocks_).first(std::exchange(size_, 0)));
+}
 
 DispatchQueue& DispatchQueue::main() noexcept {
     static const auto& queue = *new auto(std::make_shared<MainQueue>());

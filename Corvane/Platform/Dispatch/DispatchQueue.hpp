@@ -94,8 +94,13 @@ class CORVANE_EXPORT DispatchQueue : public std::enable_shared_from_this<Dispatc
 
   private:
     friend class SerialQueue;
+    friend class InPlace;
 
     virtual void enqueue(Work&& work, DispatchQoS qos) = 0;
+
+    /// See `InPlace`.
+    virtual void runInPlace(Work&& work) { enqueue(std::move(work), {}); }
+
     virtual void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) = 0;
     /// Whether other blocks wait for the threads of this queue; a drain job that keeps one asks it.
     [[nodiscard]] virtual bool hasWaiting() const noexcept = 0;

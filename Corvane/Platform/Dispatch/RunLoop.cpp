@@ -71,7 +71,7 @@ int RunLoop::pollDescriptor() {
 }
 
 void RunLoop::perform(Work work) {
-    implementation_->perform(std::move(work));
+    implementation_->perform({&work, 1});
 }
 
 }  // namespace corvane

@@ -50,17 +50,20 @@ RunLoop::Implementation::~Implementation() {
     delete descriptor_.load(std::memory_order_acquire);
 }
 
-void RunLoop::Implementation::perform(Work&& work) {
+void RunLoop::Implementation::perform(std::span<Work> blocks) {
+    if (blocks.empty()) return;
     bool isFirst = false;
     {
         std::unique_lock lock(mutex_);
         if (ended_) {
             lock.unlock();
-            work = nullptr;
+            for (Work& work : blocks)
+                work = nullptr;
             return;
         }
         isFirst = queue_.empty();
-        queue_.push_back(std::move(work));
+        for (Work& work : blocks)
+            queue_.push_back(std::move(work));
     }
     if (isFirst) wake();
 }

@@ -9,7 +9,9 @@
 namespace corvane {
 
 SerialQueue::SerialQueue(std::string label, DispatchQoS qos, std::shared_ptr<DispatchQueue> target) noexcept
-    : DispatchQueue(std::move(label), qos), target_(std::move(target)) {}
+    : DispatchQueue(std::move(label), qos),
+      target_(std::move(target)),
+      isOnPool_(target_->target() == nullptr && target_.get() != &DispatchQueue::main()) {}
 
 void SerialQueue::enqueue(Work&& work, DispatchQoS qos) {
     const QoSClass wanted = std::max(qos.qosClass, this->qos().qosClass);
@@ -26,6 +28,38 @@ void SerialQueue::enqueue(Work&& work, DispatchQoS qos) {
         state_ = State::scheduled;
     }
     postDrain(wanted);
+}
+
+void SerialQueue::runInPlace(Work&& work) {
+    bool isFree = false;
+    if (isOnPool_) {
+        const std::lock_guard lock(mutex_);
+        isFree = state_ == State::idle;
+        if (isFree) {
+            state_ = State::draining;
+            drainClass_ = qos().qosClass;
+        }
+    }
+    if (!isFree) {
+        enqueue(std::move(work), {});
+        return;
+    }
+    [&]() noexcept {
+        const QueueFrame frame(this);
+        work();
+        work = nullptr;
+    }();
+    QoSClass nextClass = QoSClass::unspecified;
+    {
+        const std::lock_guard lock(mutex_);
+        if (blocks_.empty()) {
+            state_ = State::idle;
+            return;
+        }
+        state_ = State::scheduled;
+        nextClass = drainClass_;
+    }
+    postDrain(nextClass);
 }
 
 void SerialQueue::enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) {

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <future>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <stdexcept>
 #include <thread>
@@ -13,6 +14,8 @@
 #include <gmock/gmock.h>
 
 #include <Corvane/Platform/Dispatch/DispatchQueue.hpp>
+#include <Corvane/Platform/Dispatch/Private/InPlace.hpp>
+#include <Corvane/Platform/Dispatch/Private/MainQueueBatch.hpp>
 #include <Corvane/Platform/Dispatch/RunLoop.hpp>
 #include <Corvane/Platform/Dispatch/Thread.hpp>
 #include <Corvane/Testing/VirtualClock.hpp>
@@ -72,30 +75,68 @@ TEST(DispatchQueue, ASerialQueueKeepsEachProducersOrderAndRunsOneBlockAtATime) {
     constexpr int producers = 4;
     constexpr int blocks = 5000;
     const auto target = DispatchQueue::serial("target");
-    const auto queue = DispatchQueue::serial("ordered", {QoSClass::userInitiated, 0}, target);
-    std::vector<int> next(producers, 0);  // guarded by the queue alone
-    std::atomic<int> inside = 0;
-    bool isRight = true;
-    std::vector<std::thread> threads;
-    for (std::size_t producer = 0; producer < producers; ++producer) {
-        threads.emplace_back([&, producer] {
-            for (int number = 0; number < blocks; ++number) {
-                // Lifting now and then must not let a block overtake another.
-                const DispatchQoS qos{number % 16 == 0 ? QoSClass::userInteractive : QoSClass::unspecified, 0};
-                queue->async(
-                    [&, producer, number] {
+    const auto onTarget = DispatchQueue::serial("ordered", {QoSClass::userInitiated, 0}, target);
+    const auto onPool = DispatchQueue::serial("ordered", {QoSClass::userInitiated, 0});
+    for (const auto& queue : {onTarget, onPool}) {
+        std::vector<int> next(producers, 0);  // guarded by the queue alone
+        std::atomic<int> inside = 0;
+        bool isRight = true;
+        std::vector<std::thread> threads;
+        for (std::size_t producer = 0; producer < producers; ++producer) {
+            threads.emplace_back([&, producer] {
+                for (int number = 0; number < blocks; ++number) {
+                    // Lifting now and then must not let a block overtake another.
+                    const DispatchQoS qos{number % 16 == 0 ? QoSClass::userInteractive : QoSClass::unspecified, 0};
+                    auto block = [&, producer, number] {
                         isRight &= inside.fetch_add(1) == 0 && next[producer]++ == number;
                         inside.fetch_sub(1);
-                    },
-                    qos);
-            }
-        });
+                    };
+                    // Nor must one that finds the queue idle and runs in place.
+                    if (number % 8 == 0) {
+                        InPlace::run(*queue, block);
+                    } else {
+                        queue->async(block, qos);
+                    }
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        queue->sync([] {});
+        EXPECT_TRUE(isRight);
+        EXPECT_THAT(next, ElementsAreArray(std::vector<int>(producers, blocks)));
     }
-    for (std::thread& thread : threads)
-        thread.join();
+}
+
+TEST(DispatchQueue, ABlockRunsInPlaceOnlyWhereNothingElseRuns) {
+    const auto queue = DispatchQueue::serial("idle");
+    const auto nested = DispatchQueue::serial("nested", {}, queue);
+    std::vector<int> order;
+    InPlace::run(*queue, [&] {
+        EXPECT_TRUE(queue->isCurrent() && Thread::isMainThread());
+        // Busy now: what comes waits its turn, and leaves this thread.
+        InPlace::run(*queue, [&] { order.push_back(Thread::isMainThread() ? -1 : 2); });
+        order.push_back(1);
+    });
     queue->sync([] {});
-    EXPECT_TRUE(isRight);
-    EXPECT_THAT(next, ElementsAreArray(std::vector<int>(producers, blocks)));
+    // Nothing but its target's own excludes others from the target.
+    InPlace::run(*nested, [&] { order.push_back(queue->isCurrent() && !Thread::isMainThread() ? 3 : -3); });
+    nested->sync([] {});
+    EXPECT_THAT(order, ElementsAre(1, 2, 3));
+}
+
+TEST(DispatchQueue, BlocksForTheMainQueueThatCameTogetherKeepTheirOrder) {
+    std::vector<int> order;
+    std::thread([&] {
+        const MainQueueBatch batch;
+        for (int number = 0; number < 20; ++number)
+            DispatchQueue::main().async([&order, number] { order.push_back(number); });
+    }).join();
+    while (RunLoop::main().drain()) {
+    }
+    std::vector<int> all(20);
+    std::iota(all.begin(), all.end(), 0);
+    EXPECT_EQ(order, all);
 }
 
 TEST(DispatchQueue, KnowsWhichQueuesABlockRunsOn) {

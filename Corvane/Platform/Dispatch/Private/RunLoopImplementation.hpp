@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include <Corvane/Platform/Dispatch/Private/ClockClient.hpp>
@@ -36,7 +37,8 @@ class RunLoop::Implementation final : public ClockClient {
     explicit Implementation(int thread);
     ~Implementation() override;
 
-    void perform(Work&& work);
+    /// Queues the blocks in their order, and moves them out.
+    void perform(std::span<Work> blocks);
     void stop() noexcept;
 
     /// Arms an entry that has been moved to its deadline.

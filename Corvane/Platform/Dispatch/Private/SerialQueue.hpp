@@ -19,6 +19,7 @@ class SerialQueue final : public DispatchQueue {
     enum class State : unsigned char { idle, scheduled, draining };
 
     void enqueue(Work&& work, DispatchQoS qos) override;
+    void runInPlace(Work&& work) override;
     void enqueueAt(SteadyInstant deadline, Work&& work, DispatchQoS qos) override;
     [[nodiscard]] bool hasWaiting() const noexcept override;
 
@@ -28,6 +29,8 @@ class SerialQueue final : public DispatchQueue {
     void drain() noexcept;
 
     const std::shared_ptr<DispatchQueue> target_;
+    /// Whether the queue shares its threads with no queue that runs one block at a time.
+    const bool isOnPool_;
     std::mutex mutex_;
     std::vector<Work> blocks_;
     State state_ = State::idle;
