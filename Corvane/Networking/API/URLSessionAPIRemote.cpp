@@ -6,6 +6,7 @@
 #include <Corvane/Networking/API/Private/RemoteExchange.hpp>
 #include <Corvane/Networking/API/URLSessionAPIRemote.hpp>
 #include <Corvane/Platform/Dispatch/Continuation.hpp>
+#include <Corvane/Platform/HTTP/Private/BriefCompletion.hpp>
 
 namespace corvane {
 namespace {
@@ -27,6 +28,7 @@ Task<Outcome> exchange(std::shared_ptr<URLSession> session, URLRequest request) 
                                     std::optional<PlatformError> error) mutable {
                 continuation.resume(remoteOutcome(std::move(data), response.get(), std::move(error)));
             });
+        http::completeInPlace(*task);
         task->resume();
         cancellation.emplace(Task<>::stopToken(), CancelTransfer{task});
     });

@@ -1,5 +1,7 @@
 #include <utility>
 
+#include <Corvane/Platform/Dispatch/Private/InPlace.hpp>
+#include <Corvane/Platform/HTTP/Private/BriefCompletion.hpp>
 #include <Corvane/Platform/HTTP/Private/DataTask.hpp>
 #include <Corvane/Platform/HTTP/Private/NetworkThread.hpp>
 #include <Corvane/Platform/HTTP/Private/RequestRules.hpp>
@@ -82,19 +84,32 @@ void DataTask::cancel() {
     if (isUnderWay) NetworkThread::shared().update(shared_from_this());
 }
 
-void DataTask::finish(TaskOutcome outcome) {
-    std::unique_lock lock(mutex_);
-    if (hasOutcome_) return;
+std::shared_ptr<Session> DataTask::accept(TaskOutcome outcome) {
+    const std::lock_guard lock(mutex_);
+    if (hasOutcome_) return nullptr;
     hasOutcome_ = true;
     outcome_ = std::move(outcome);
     if (state_ == URLSessionTaskState::suspended) {
         parked_ = shared_from_this();
-        return;
+        return nullptr;
     }
     isPosted_ = true;
-    const std::shared_ptr<Session> session = session_;
-    lock.unlock();
-    post(*session);
+    return session_;
+}
+
+void DataTask::finish(TaskOutcome outcome) {
+    if (const auto session = accept(std::move(outcome))) post(*session);
+}
+
+void DataTask::finishHere(TaskOutcome outcome) {
+    const auto session = accept(std::move(outcome));
+    if (!session) return;
+    // A delegate is the user's, and may end with its session.
+    if (isBrief_ && !session->delegate()) {
+        InPlace::run(session->delegateQueue(), [self = shared_from_this()] { self->deliver(); });
+    } else {
+        post(*session);
+    }
 }
 
 void DataTask::post(Session& session) {
@@ -200,6 +215,7 @@ std::shared_ptr<Session> DataTask::beginTransit() {
     const std::lock_guard lock(mutex_);
     if (hasOutcome_) return nullptr;
     transit.session = session_;
+    transit.turn = 0;
     // Made a part of the first request, so that a redirect treats them as it treats the request's own.
     if (const auto& additional = session_->configuration().httpAdditionalHeaders;
         newRequest_ || (!additional.empty() && !transit.request)) {
@@ -223,6 +239,14 @@ std::shared_ptr<Session> DataTask::beginTransit() {
 
 bool DataTask::restartTimeout() noexcept {
     return moveTo(transit.isSuspended ? SteadyInstant::max() : deadlineAfter(idleSeconds_ * transit.patience));
+}
+
+void DataTask::bytesMoved() noexcept {
+    const std::uint64_t turn = NetworkThread::shared().turn();
+    // A head comes line by line, and the time of each line has to be asked for.
+    if (std::exchange(transit.turn, turn) == turn) return;
+    transit.patience = 1;
+    static_cast<void>(restartTimeout());
 }
 
 bool DataTask::hasOutcome() const {
@@ -258,6 +282,11 @@ std::shared_ptr<const HTTPURLResponse> DataTask::response() const {
 std::optional<PlatformError> DataTask::error() const {
     const std::lock_guard lock(mutex_);
     return state_ == URLSessionTaskState::completed ? outcome_.error : std::nullopt;
+}
+
+void completeInPlace(URLSessionDataTask& task) noexcept {
+    // A session may be the application's own, and its tasks too.
+    if (auto* const ours = dynamic_cast<DataTask*>(&task)) ours->setBrief();
 }
 
 }  // namespace corvane::http

@@ -71,6 +71,8 @@ class DataTask final : public URLSessionDataTask,
         bool wasAtGate = false;
         /// How much of the timeout counts: half of it for waiting for connectivity, and half for trying without.
         double patience = 1;
+        /// The network thread's last turn in which bytes moved.
+        std::uint64_t turn = 0;
         std::optional<Login> login;
         /// The only origin that is shown the login.
         std::string loginOrigin;
@@ -92,6 +94,12 @@ class DataTask final : public URLSessionDataTask,
     /// Ends the task unless it has an outcome already.
     void finish(TaskOutcome outcome);
 
+    /// The same on the network thread, which may then run a brief completion handler itself.
+    void finishHere(TaskOutcome outcome);
+
+    /// See `completeInPlace`. Before the task is resumed.
+    void setBrief() noexcept { isBrief_ = true; }
+
     /// Lets the delegate decide about a challenge; `outcome` is the response that posed it, to be handed out
     /// if the delegate has nothing better.
     void ask(URLAuthenticationChallenge challenge, bool wantsDigest, TaskOutcome outcome);
@@ -107,14 +115,13 @@ class DataTask final : public URLSessionDataTask,
     /// False without a delegate.
     [[nodiscard]] bool askAboutDelay();
 
-    void bytesMoved() noexcept override {
-        transit.patience = 1;
-        static_cast<void>(restartTimeout());
-    }
+    void bytesMoved() noexcept override;
 
     [[nodiscard]] double idleSeconds() const noexcept { return idleSeconds_; }
 
   private:
+    /// Notes the outcome. The session when it is to be posted now, else null.
+    [[nodiscard]] std::shared_ptr<Session> accept(TaskOutcome outcome);
     /// Sends the outcome to the delegate queue. Call it once, after `isPosted_` was set.
     void post(Session& session);
     void deliver();
@@ -131,7 +138,8 @@ class DataTask final : public URLSessionDataTask,
     std::shared_ptr<Session> session_;
     URLSession::CompletionHandler completionHandler_;
     URLSessionTaskState state_ = URLSessionTaskState::suspended;
-    bool isRefused_;
+    const bool isRefused_;
+    bool isBrief_ = false;
     bool isStarted_ = false;
     bool hasOutcome_ = false;
     /// Whether the outcome is on its way to the delegate queue: from here on nothing changes it.

@@ -10,6 +10,7 @@
 #include <thread>
 #include <utility>
 
+#include <Corvane/Platform/Dispatch/Private/MainQueueBatch.hpp>
 #include <Corvane/Platform/HTTP/Private/ConnectivityGate.hpp>
 #include <Corvane/Platform/HTTP/Private/HeaderRules.hpp>
 #include <Corvane/Platform/HTTP/Private/NetworkThread.hpp>
@@ -114,6 +115,7 @@ void NetworkThread::run() {
 void NetworkThread::perform() {
     do {
         hasNews_ = false;
+        ++turn_;
         int running = 0;
         curl_multi_perform(multi_, &running);
         reap();
@@ -207,6 +209,7 @@ void NetworkThread::expire() {
 }
 
 void NetworkThread::reap() {
+    const MainQueueBatch batch;
     int left = 0;
     while (const CURLMsg* const message = curl_multi_info_read(multi_, &left)) {
         if (message->msg != CURLMSG_DONE) continue;
@@ -313,7 +316,7 @@ void NetworkThread::fail(const std::shared_ptr<DataTask>& task, PlatformError er
     const auto& exchange = task->transit.exchange;
     TaskOutcome outcome{.response = exchange ? exchange->takeResponse() : nullptr, .error = std::move(error)};
     leave(task);
-    task->finish(std::move(outcome));
+    task->finishHere(std::move(outcome));
 }
 
 void NetworkThread::ended(const std::shared_ptr<DataTask>& task, CURLcode code) {
@@ -334,7 +337,7 @@ void NetworkThread::ended(const std::shared_ptr<DataTask>& task, CURLcode code) 
     if (exchange.head().statusCode() == 401 && poseChallenge(task)) return;
     TaskOutcome outcome{.data = exchange.takeBody(), .response = exchange.takeResponse()};
     leave(task);
-    task->finish(std::move(outcome));
+    task->finishHere(std::move(outcome));
 }
 
 void NetworkThread::followRedirect(const std::shared_ptr<DataTask>& task) {

@@ -33,6 +33,9 @@ class NetworkThread final : public ClockClient {
     /// Lets a task go on that was held back.
     void connectivityReturned(std::shared_ptr<DataTask> task) { submit(std::move(task), Command::release); }
 
+    /// Counts how often the thread has turned to the wire; for itself. What comes in one turn comes at one time.
+    [[nodiscard]] std::uint64_t turn() const noexcept { return turn_; }
+
     [[nodiscard]] ClockActivity activity() const noexcept override;
     void clockMoved() noexcept override;
 
@@ -77,6 +80,7 @@ class NetworkThread final : public ClockClient {
     std::atomic<int> wakeDescriptor_;
     /// Whether handles were added that libcurl has not seen yet.
     bool hasNews_ = false;
+    std::uint64_t turn_ = 0;
     /// libcurl 7.88 loses wake-ups of HTTP/2: data that one stream's handle reads from the socket for another is
     /// announced by a timer, which curl_multi_perform throws away when that other handle had its turn before; the
     /// socket is silent then. So, while there may be such streams, we look again after a quiet millisecond, two,

@@ -6,6 +6,8 @@
 #include <Corvane/DomainSpecific/Tessaly/Networking/Data/Download/Private/ApiResponseRules.hpp>
 #include <Corvane/Platform/Dispatch/Clock.hpp>
 #include <Corvane/Platform/Dispatch/Continuation.hpp>
+#include <Corvane/Platform/Dispatch/Private/InPlace.hpp>
+#include <Corvane/Platform/HTTP/Private/BriefCompletion.hpp>
 #include <Corvane/Platform/Text/Private/RandomUUIDText.hpp>
 
 namespace corvane {
@@ -27,6 +29,8 @@ class ApiDataProvider::Load {
     [[nodiscard]] const ApiRequest& request() const noexcept { return *request_; }
 
     [[nodiscard]] const std::string& context() const noexcept { return context_; }
+
+    [[nodiscard]] bool isCached() const noexcept { return isCached_; }
 
     void complete(const SimpleHttpResponse& response) {
         // By context alone, whichever task stands there: see `cancelLoadRequest`.
@@ -93,8 +97,9 @@ void ApiDataProvider::start(std::shared_ptr<const ApiRequest> request, std::stri
         deliver(emptyPostResponse(), *request, isCached, std::move(callback));
         return;
     }
-    syncQueue_->async([load = std::make_shared<Load>(shared_from_this(), std::move(request), std::move(context),
-                                                     isCached, std::move(callback))] { load->provider().run(load); });
+    InPlace::run(*syncQueue_,
+                 [load = std::make_shared<Load>(shared_from_this(), std::move(request), std::move(context), isCached,
+                                                std::move(callback))] { load->provider().run(load); });
 }
 
 void ApiDataProvider::run(const std::shared_ptr<Load>& load) {
@@ -102,9 +107,12 @@ void ApiDataProvider::run(const std::shared_ptr<Load>& load) {
     const auto task = httpManager_->createTask(
         load->request().simpleHttpRequest(), [load](const SimpleHttpResponse& response) { load->complete(response); });
     if (!task) {
-        load->complete(SimpleHttpResponse(task.error()));
+        // Calls back, so it is not for the thread that happens to run this.
+        syncQueue_->async([load, error = task.error()] { load->complete(SimpleHttpResponse(error)); });
         return;
     }
+    // The callback of the cached road goes to the main thread.
+    if (load->isCached()) http::completeInPlace(**task);
     storeTask(load->context(), *task);
     (*task)->setTaskDescription(load->request().description());
     (*task)->resume();
