@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include <Corvane/Decoding/OrderedDictionaryKey.hpp>
@@ -72,7 +73,7 @@ class DirectOrderedDictionaryDecoder {
 
     template <class Key, class Value>
     static bool addValue(const detail::JSONCursor& cursor, OrderedDictionary<Key, Value>& entries,
-                         std::string_view name, Value&& value) {
+                         std::string_view name, std::type_identity_t<Value>&& value) {
         // A text goes where it stays at once.
         if constexpr (std::same_as<Key, std::string>) {
             return addUnder(name, cursor, entries, std::move(value));
@@ -84,7 +85,7 @@ class DirectOrderedDictionaryDecoder {
 
     template <class AnyKey, class Key, class Value>
     static bool addUnder(AnyKey&& key, const detail::JSONCursor& cursor, OrderedDictionary<Key, Value>& entries,
-                         Value&& value) {
+                         std::type_identity_t<Value>&& value) {
         const auto [current, isNew] = entries.tryEmplace(std::forward<AnyKey>(key), std::move(value));
         if (isNew) return true;
         // Which of equal keys comes last is told only by an exact look: the same name may have come twice.
