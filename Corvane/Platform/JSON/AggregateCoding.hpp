@@ -38,8 +38,9 @@ struct MemberCoding {
 
     constexpr MemberCoding(std::string_view memberKey, Read readMember, bool isRequired)
         : key(memberKey), read(readMember), required(isRequired) {
-        if (key.contains('\\')) {
-            // A document has it with escapes.
+        if (key.contains('\\') || key.contains('"')) {
+            // A document has it with escapes. No text in one has a zero.
+            quoted_[0].add(0, '"');
             quoted_[0].mask = ~std::uint64_t{0};
             return;
         }
@@ -97,8 +98,8 @@ struct MemberCoding {
         return place == 0 || place == key.size() + 1 ? '"' : key[place - 1];
     }
 
-    /// The beginning of the key as it stands in a document; zeros, which no document has, when it cannot stand there
-    /// without escapes.
+    /// The beginning of the key as it stands in a document; a quote and zeros when it cannot stand there without
+    /// escapes.
     std::array<Word, 2> quoted_;
 };
 

@@ -31,8 +31,8 @@ std::expected<T, DecodingError> readNew(JSONCursor& cursor, const CodingStep* pa
 ///     }
 ///
 /// A decoder, its containers and the keys that they show are good only until the `decode` they were given to returns,
-/// on its thread. A `decode` may leave its value half read or unread. It may be called twice for one value, as a
-/// faulty document is looked at again to find out what is wrong with it.
+/// on its thread. A `decode` may leave its value half read or unread. It may be called several times for one value, as
+/// a faulty document is looked at again to find out what is wrong with it.
 class CORVANE_EXPORT Decoder {
   public:
     Decoder(detail::JSONCursor& cursor, const detail::CodingStep* path) noexcept

@@ -82,12 +82,14 @@ bool JSONCursor::endAttempt(const Attempt& attempt, bool isRead) {
     --attempts_;
     exact_ = attempt.wasExact;
     depth_ = attempt.depth;
+    wantEnds();
     if (isRead) {
         // What spans several tokens begins with a bracket.
-        wantEnds();
         if (position() - attempt.start > 1) behind_[attempt.start] = position();
     } else {
-        wastedTokens_ += position() - attempt.start + 1;
+        // A failure at the value's beginning may come after a look at all of it.
+        moveTo(attempt.start);
+        wastedTokens_ += skip() ? position() - attempt.start : tokens_.count();
         moveTo(attempt.start);
     }
     return isRead;

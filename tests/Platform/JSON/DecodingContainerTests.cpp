@@ -209,6 +209,30 @@ TEST(KeyedDecodingContainer, StaysLinear) {
     EXPECT_EQ(levels->below, 800U);
 }
 
+TEST(Decoder, TriesWhatFailsAtTheBottomOnlyAFewTimes) {
+    static std::size_t reads = 0;
+
+    struct Comment {
+        static std::expected<Comment, DecodingError> decode(const Decoder& decoder) {
+            ++reads;
+            const auto members = decoder.container();
+            if (!members) return std::unexpected(members.error());
+            const auto replies = members->decode<std::vector<Comment>>("r");
+            if (!replies) return std::unexpected(replies.error());
+            return Comment();
+        }
+    };
+
+    std::string document = R"({"r":0,"large":[[])";
+    for (int i = 0; i < 10'000; ++i)
+        document += ",[]";
+    document += "]}";
+    for (int i = 0; i < 100; ++i)
+        document.insert(0, R"({"r":[)").append("]}");
+    EXPECT_FALSE(JSONDecoder().decode<Comment>(document));
+    EXPECT_LT(reads, 2'000U) << "each read looks at all of the large member";
+}
+
 TEST(JSONDecoder, CanBeUsedInsideItself) {
     constexpr auto look = [](const Decoder& decoder) {
         const auto inner = JSONDecoder().decode<std::vector<int>>(*decoder.decode<std::string>());

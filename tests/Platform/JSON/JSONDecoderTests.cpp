@@ -19,6 +19,12 @@ struct Slashed {
     static constexpr CodingRule codingRules[] = {{.member = "value", .key = "a\\b"}};
 };
 
+struct Quoted {
+    std::optional<std::string> value;
+
+    static constexpr CodingRule codingRules[] = {{.member = "value", .key = "a\":"}};
+};
+
 struct Node {
     std::vector<Node> c;
 };
@@ -57,6 +63,9 @@ TEST(JSONDecoder, FollowsTheRulesOfAType) {
     EXPECT_EQ(JSONDecoder().decode<Ruled>(R"({"tags":null,"short_name":""})"), Ruled());
     EXPECT_EQ(failureOf<Ruled>(R"({"tags":[]})"), "There is no member \"short_name\" at the top level.");
     EXPECT_EQ(JSONDecoder().decode<Slashed>(R"({"a\b":1,"a\\b":2})")->value, 2) << "the first key is a backspace";
+    EXPECT_FALSE(JSONDecoder().decode<Slashed>(std::string_view("{\0\0\0\0\0\0\0\0:1}", 12)));
+    EXPECT_EQ(JSONDecoder().decode<Quoted>(R"({"a":"another","a\":":"b"})")->value, "b");
+    EXPECT_EQ(JSONDecoder().decode<Quoted>(R"({"a":"another"})")->value, std::nullopt);
 }
 
 TEST(JSONDecoder, NamesThePathAndWhatWasWrong) {
