@@ -3,8 +3,11 @@
 #include <fmt/format.h>
 
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
+#include <Corvane/Platform/JSON/JSONSerialization.hpp>
 #include <Corvane/Platform/JSON/Private/ClippedText.hpp>
+#include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
 #include <Corvane/Platform/JSON/Private/JSONErrors.hpp>
+#include <Corvane/Platform/JSON/Private/JSONNumberText.hpp>
 #include <Corvane/Platform/JSON/Private/JSONStructure.hpp>
 
 // What went wrong, and the second look at a document in which something did.
@@ -27,6 +30,17 @@ std::string_view kindName(char first) {
         default:
             return "a number";
     }
+}
+
+/// How many brackets are open there.
+std::size_t depthAt(const JSONTokens& tokens) noexcept {
+    std::size_t depth = 0;
+    for (std::uint32_t i = 0; i < tokens.position(); ++i) {
+        const char first = tokens.at(i);
+        if (first == '{' || first == '[') ++depth;
+        if (first == '}' || first == ']') --depth;
+    }
+    return depth;
 }
 
 DecodingError notJSON(JSONErrorCode code) {
@@ -139,10 +153,16 @@ bool JSONCursor::failAtEnd(const CodingStep* path) {
 bool JSONCursor::failMalformed() {
     if (!exact_) return false;
     // All that the parser has not refused is told apart here, where nobody is in a hurry.
-    const std::string_view token = tokenText();
+    const char first = tokens_.peek();
     JSONErrorCode code = JSONErrorCode::malformed;
-    if (token.starts_with('-') || (token >= "0" && token < ":")) code = JSONErrorCode::invalidNumber;
-    if (token.starts_with('{') || token.starts_with('[')) code = JSONErrorCode::tooDeep;
+    JSONNumberText number;
+    double ignored = 0;
+    if (first == '-' || isDigit(first)) {
+        if (!scanNumber(tokens_.begin(), tokens_.limit(), number) || !numberValue(number, ignored))
+            code = JSONErrorCode::invalidNumber;
+    } else if ((first == '{' || first == '[') && depthAt(tokens_) >= JSONSerialization::maximumDepth) {
+        code = JSONErrorCode::tooDeep;
+    }
     return fail(DecodingError::dataCorrupted({{}, fmt::format("{} (byte {})", jsonErrorText(code), tokens_.offset())}));
 }
 

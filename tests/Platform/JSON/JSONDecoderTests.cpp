@@ -140,6 +140,8 @@ TEST(JSONDecoder, ValidatesTheWholeDocumentFirst) {
         ASSERT_FALSE(value) << text.substr(0, 60);
         EXPECT_TRUE(value.error().isDataCorrupted()) << value.error().description();
     }
+    for (const std::string_view text : {"[1 2]", "[1 [2]]", R"({"\q":12})", "{1:2}"})
+        EXPECT_TRUE(failureOf<std::vector<int>>(text).starts_with("The text is not valid JSON. (byte ")) << text;
     const auto longKey = JSONDecoder().decode<Team>("\xEF\xBB\xBF{\"" + oneMegabyte + R"(":[],"id":1,"name":"a"})");
     ASSERT_TRUE(longKey) << "and a byte order mark";
     EXPECT_EQ(longKey->name, "a");
