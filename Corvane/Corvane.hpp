@@ -180,6 +180,7 @@
 #include <Corvane/Platform/JSON/JSONCursor.hpp>
 #include <Corvane/Platform/JSON/JSONDecoder.hpp>
 #include <Corvane/Platform/JSON/JSONDictionary.hpp>
+#include <Corvane/Platform/JSON/JSONDigits.hpp>
 #include <Corvane/Platform/JSON/JSONEncoder.hpp>
 #include <Corvane/Platform/JSON/JSONNumber.hpp>
 #include <Corvane/Platform/JSON/JSONOutput.hpp>

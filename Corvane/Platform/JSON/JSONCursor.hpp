@@ -15,6 +15,7 @@
 #include <Corvane/Platform/JSON/AggregateCoding.hpp>
 #include <Corvane/Platform/JSON/CodingPath.hpp>
 #include <Corvane/Platform/JSON/DecodingError.hpp>
+#include <Corvane/Platform/JSON/JSONDigits.hpp>
 #include <Corvane/Platform/JSON/JSONNumber.hpp>
 #include <Corvane/Platform/JSON/JSONTokens.hpp>
 
@@ -62,7 +63,8 @@ class CORVANE_EXPORT JSONMemberTable {
 /// A document is first read in good faith: in one pass, without looking for what went wrong. Only when something did,
 /// or when a key occurs twice, is it read again exactly. Types that decode themselves see the members and elements of
 /// their value as the exact way tells them, and whole structs, lists and dictionaries that they ask for are again tried
-/// in good faith first.
+/// in good faith first. What they list is at first passed by its brackets, and what nobody has read of it by the end is
+/// validated then.
 ///
 /// Every `read` operation leaves the cursor behind the value when it succeeds; when it fails, `takeError` has the
 /// reason.
@@ -88,6 +90,12 @@ class CORVANE_EXPORT JSONCursor {
     template <JSONInteger T>
     bool read(T& value, const CodingStep* path) {
         using Limits = std::numeric_limits<T>;
+        if (std::int64_t whole = 0; takeShortInteger(tokens_, whole)) {
+            value = static_cast<T>(whole);
+            // Sixteen digits fit into both.
+            if (static_cast<std::int64_t>(value) == whole && (value < T{}) == (whole < 0)) return true;
+            tokens_.stepBack();
+        }
         if constexpr (std::is_signed_v<T>) {
             std::int64_t wide = 0;
             if (!readSigned(wide, Limits::min(), Limits::max(), path)) return false;
@@ -205,7 +213,6 @@ class CORVANE_EXPORT JSONCursor {
     [[nodiscard]] static bool numberValue(const JSONNumberText& number, double& value) noexcept;
     [[nodiscard]] bool readNumber(JSONNumberText& number, std::string_view expected, const CodingStep* path);
     bool readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
-    bool readAnySigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path);
     bool readUnsigned(std::uint64_t& value, std::uint64_t most, const CodingStep* path);
     bool failRange(std::int64_t least, std::uint64_t most, const CodingStep* path);
     bool failMalformed();
@@ -219,6 +226,14 @@ class CORVANE_EXPORT JSONCursor {
     void startAgainExactly();
     void wantEnds();
 
+    [[nodiscard]] bool isChecked(std::uint32_t start) const { return !behind_.empty() && isChecked_[start]; }
+
+    void markChecked(std::uint32_t start, std::uint32_t behind);
+    [[nodiscard]] bool passUnchecked();
+    [[nodiscard]] bool checkUnchecked();
+    template <class Add>
+    bool list(char closing, const Add& add);
+
     JSONTokens tokens_;
     bool exact_ = false;
     /// Attempts inside each other, and how many tokens were passed in vain.
@@ -229,6 +244,10 @@ class CORVANE_EXPORT JSONCursor {
     std::string scratch_;
     /// For each opening bracket that was passed, the token behind its closing one; empty until wanted.
     std::vector<std::uint32_t> behind_;
+    /// Whether what is between those brackets is valid, if all that is listed below is.
+    std::vector<bool> isChecked_;
+    /// Arrays and dictionaries that were only passed by their brackets when what holds them was listed.
+    std::vector<std::uint32_t> unchecked_;
     std::forward_list<std::string> keptTexts_;
     std::forward_list<CodingStep> steps_;
     std::optional<DecodingError> error_;

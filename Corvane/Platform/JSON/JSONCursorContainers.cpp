@@ -226,42 +226,41 @@ bool JSONCursor::readDictionary(void* dictionary, ReadEntry entry, const CodingS
 
 bool JSONCursor::listMembers(JSONMemberTable& table, const CodingStep* path) {
     if (tokens_.peek() != '{') return failMismatch("a dictionary", path);
-    if (depth_ == maximumDepth) return failMalformed();
-    wantEnds();
-    const std::uint32_t start = position();
-    tokens_.pass();
-    ++depth_;
-    if (!tokens_.take('}')) {
-        do {
-            std::string_view key;
-            if (!readKey(key)) return failMalformed();
-            table.add(key, position());
-            if (!skip()) return false;
-        } while (tokens_.take(','));
-        if (!tokens_.take('}')) return failMalformed();
-    }
-    --depth_;
-    behind_[start] = position();
-    moveTo(start);
-    return true;
+    return list('}', [&] {
+        std::string_view key;
+        if (!readKey(key)) return failMalformed();
+        table.add(key, position());
+        return true;
+    });
 }
 
 bool JSONCursor::listElements(std::vector<std::uint32_t>& elements, const CodingStep* path) {
     if (tokens_.peek() != '[') return failMismatch("an array", path);
+    return list(']', [&] {
+        elements.push_back(position());
+        return true;
+    });
+}
+
+template <class Add>
+bool JSONCursor::list(char closing, const Add& add) {
     if (depth_ == maximumDepth) return failMalformed();
     wantEnds();
     const std::uint32_t start = position();
+    const bool isFirst = !isChecked_[start];
     tokens_.pass();
     ++depth_;
-    if (!tokens_.take(']')) {
+    if (!tokens_.take(closing)) {
         do {
-            elements.push_back(position());
-            if (!skip()) return false;
+            if (!add()) return false;
+            const std::uint32_t value = position();
+            if (!passUnchecked()) return false;
+            if (isFirst && behind_[value] != 0 && !isChecked_[value]) unchecked_.push_back(value);
         } while (tokens_.take(','));
-        if (!tokens_.take(']')) return failMalformed();
+        if (!tokens_.take(closing)) return failMalformed();
     }
     --depth_;
-    behind_[start] = position();
+    markChecked(start, position());
     moveTo(start);
     return true;
 }

@@ -62,7 +62,7 @@ std::optional<DecodingError> JSONCursor::readDocument(std::string_view text, voi
     JSONStructure structure;
     if (const auto code = structure.index(text)) return notJSON(*code);
     JSONCursor cursor(structure);
-    if (read(cursor, target) && cursor.tokens_.isAtEnd()) return std::nullopt;
+    if (read(cursor, target) && cursor.tokens_.isAtEnd() && cursor.checkUnchecked()) return std::nullopt;
 
     cursor.startAgainExactly();
     if (!cursor.skip()) return cursor.takeError();
@@ -80,7 +80,9 @@ void JSONCursor::startAgainExactly() {
     depth_ = 0;
     exact_ = true;
     error_.reset();
-    behind_.assign(tokens_.count(), 0);
+    behind_.clear();
+    unchecked_.clear();
+    wantEnds();
 }
 
 std::optional<JSONCursor::Attempt> JSONCursor::beginAttempt() noexcept {
@@ -99,11 +101,11 @@ bool JSONCursor::endAttempt(const Attempt& attempt, bool isRead) {
     wantEnds();
     if (isRead) {
         // What spans several tokens begins with a bracket.
-        if (position() - attempt.start > 1) behind_[attempt.start] = position();
+        if (position() - attempt.start > 1) markChecked(attempt.start, position());
     } else {
         // A failure at the value's beginning may come after a look at all of it.
         moveTo(attempt.start);
-        wastedTokens_ += skip() ? position() - attempt.start : tokens_.count();
+        wastedTokens_ += passUnchecked() ? position() - attempt.start : tokens_.count();
         moveTo(attempt.start);
     }
     return isRead;

@@ -78,14 +78,6 @@ bool JSONCursor::read(float& value, const CodingStep* path) {
 }
 
 bool JSONCursor::readSigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
-    if (takeShortInteger(tokens_, value)) {
-        if (least <= value && value <= most) return true;
-        tokens_.stepBack();
-    }
-    return readAnySigned(value, least, most, path);
-}
-
-bool JSONCursor::readAnySigned(std::int64_t& value, std::int64_t least, std::int64_t most, const CodingStep* path) {
     JSONNumberText number;
     if (!readNumber(number, "an integer", path)) return false;
     constexpr auto limit = std::uint64_t{1} << 63;

@@ -5,7 +5,7 @@
 #include <Corvane/Platform/JSON/JSONSerialization.hpp>
 #include <Corvane/Platform/JSON/Private/JSONScalars.hpp>
 
-// Passing over what nobody wants yet, validating it.
+// Passing over what nobody wants yet.
 
 namespace corvane::detail {
 
@@ -51,7 +51,7 @@ bool JSONCursor::skipScalar() {
                 if (!skipScalar()) return false;
                 tokens = tokens_;
             }
-        } else if (!behind_.empty() && behind_[tokens.position()] != 0) {
+        } else if (isChecked(tokens.position())) {
             tokens.moveTo(behind_[tokens.position()]);
         } else {
             if (depth_ + level == maximumDepth) return false;
@@ -70,7 +70,7 @@ bool JSONCursor::skipScalar() {
             }
             if (!tokens.take(inDictionary ? '}' : ']')) return false;
             --level;
-            if (!behind_.empty()) behind_[open[level]] = tokens.position();
+            if (!behind_.empty()) markChecked(open[level], tokens.position());
         }
     }
 }
@@ -83,7 +83,49 @@ bool JSONCursor::skip() {
 }
 
 void JSONCursor::wantEnds() {
-    if (behind_.empty()) behind_.assign(tokens_.count(), 0);
+    if (!behind_.empty()) return;
+    behind_.assign(tokens_.count(), 0);
+    isChecked_.assign(tokens_.count(), false);
+}
+
+void JSONCursor::markChecked(std::uint32_t start, std::uint32_t behind) {
+    behind_[start] = behind;
+    isChecked_[start] = true;
+}
+
+bool JSONCursor::passUnchecked() {
+    const char first = tokens_.peek();
+    if (first != '{' && first != '[') return skip();
+    std::array<std::uint32_t, maximumDepth> open;  // as in `passValue`
+    std::size_t level = 0;
+    JSONTokens tokens = tokens_;
+    while (!tokens.isAtEnd()) {
+        const char c = *tokens.begin();
+        const std::uint32_t at = tokens.position();
+        tokens.pass();
+        if (c == '}' || c == ']') {
+            behind_[open[--level]] = tokens.position();
+        } else if (c != '{' && c != '[') {
+            continue;
+        } else if (behind_[at] != 0) {
+            tokens.moveTo(behind_[at]);
+        } else {
+            if (depth_ + level == maximumDepth) return failMalformed();
+            open[level++] = at;
+        }
+        if (level > 0) continue;
+        tokens_ = tokens;
+        return true;
+    }
+    return false;
+}
+
+bool JSONCursor::checkUnchecked() {
+    for (const std::uint32_t value : unchecked_) {
+        moveTo(value);
+        if (!skip()) return false;
+    }
+    return true;
 }
 
 }  // namespace corvane::detail

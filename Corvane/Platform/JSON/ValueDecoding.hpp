@@ -188,20 +188,27 @@ std::optional<Key> dictionaryKey(std::string_view text) {
 
 template <class Dictionary>
 bool readEntry(JSONCursor& cursor, void* dictionary, std::string_view text, const CodingStep* path) {
-    auto key = dictionaryKey<typename Dictionary::key_type>(text);
-    if (!key) return cursor.failCorrupted("The key is not one of the dictionary's", path);
+    using Key = typename Dictionary::key_type;
+    auto& entries = *static_cast<Dictionary*>(dictionary);
     // The last of repeated keys counts, and nothing of the one before may be left.
     const auto readEmptied = [&](auto& value, bool isNew) {
         if (!isNew) value = typename Dictionary::mapped_type();
         return readValue(cursor, value, path);
     };
-    auto& entries = *static_cast<Dictionary*>(dictionary);
-    if constexpr (CodedOrderedDictionary<Dictionary>) {
-        const auto [value, isNew] = entries.tryEmplace(*std::move(key));
+    if constexpr (CodedOrderedDictionary<Dictionary> && std::same_as<Key, std::string>) {
+        // A text goes where it stays at once.
+        const auto [value, isNew] = entries.tryEmplace(text);
         return readEmptied(value, isNew);
     } else {
-        const auto [entry, isNew] = entries.try_emplace(*std::move(key));
-        return readEmptied(entry->second, isNew);
+        auto key = dictionaryKey<Key>(text);
+        if (!key) return cursor.failCorrupted("The key is not one of the dictionary's", path);
+        if constexpr (CodedOrderedDictionary<Dictionary>) {
+            const auto [value, isNew] = entries.tryEmplace(*std::move(key));
+            return readEmptied(value, isNew);
+        } else {
+            const auto [entry, isNew] = entries.try_emplace(*std::move(key));
+            return readEmptied(entry->second, isNew);
+        }
     }
 }
 

@@ -106,6 +106,7 @@ TEST(Decoder, PassesOnTheErrorsOfTypesThatDecodeThemselves) {
         {R"([{"score":[-1,0],"stoppages":[]}])", "The score is negative at [0].score."},
         {R"([{"score":[1,0],"stoppages":[1,{}]}])", "Expected an integer but found a dictionary at [0].stoppages[1]."},
         {R"([{"score":[1,0,],"stoppages":[]}])", "The text is not valid JSON. (byte 15)"},
+        {R"([{"score":[1,0,{"half":[1}]],"stoppages":[]}])", "The text is not valid JSON. (byte 25)"},
         {R"([{"score":[-1,0],"stoppages":[]}, x])", "The text is not valid JSON. (byte 34)"},
     };
     for (const auto& [text, message] : cases) {

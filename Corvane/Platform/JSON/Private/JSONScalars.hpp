@@ -10,6 +10,7 @@
 #include <emmintrin.h>
 #endif
 
+#include <Corvane/Platform/JSON/JSONDigits.hpp>
 #include <Corvane/Platform/JSON/JSONTokens.hpp>
 #include <Corvane/Platform/JSON/Private/JSONCharacters.hpp>
 #include <Corvane/Platform/JSON/Private/JSONNumberText.hpp>
@@ -85,13 +86,6 @@ template <std::size_t Size>
     const char first = tokens.peek();
     if ((first != 't' || !isLiteral(tokens, "true")) && (first != 'f' || !isLiteral(tokens, "false"))) return false;
     value = first == 't';
-    tokens.pass();
-    return true;
-}
-
-/// Takes an integer of up to sixteen digits with another token right behind it.
-[[nodiscard, gnu::always_inline]] inline bool takeShortInteger(JSONTokens& tokens, std::int64_t& value) noexcept {
-    if (tokens.left() < 2 || !scanShortInteger(tokens.begin(), tokens.limit(), value)) return false;
     tokens.pass();
     return true;
 }
