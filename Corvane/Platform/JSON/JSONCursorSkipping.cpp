@@ -77,7 +77,7 @@ bool JSONCursor::skipScalar() {
 
 bool JSONCursor::skip() {
     JSONTokens tokens = tokens_;
-    const bool isPassed = passValue(tokens);
+    const bool isPassed = (depth_ < maximumDepth && passPlainArray(tokens)) || passValue(tokens);
     tokens_ = tokens;
     return isPassed || failMalformed();
 }

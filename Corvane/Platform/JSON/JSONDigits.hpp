@@ -47,6 +47,10 @@ namespace corvane::detail {
     const bool negative = *text == '-';
     if (negative) ++text;
     const auto count = static_cast<std::size_t>(limit - text);
+    if (count == 1 && !negative) {
+        value = *text - '0';
+        return value >= 0 && value <= 9;
+    }
     if (count - 1 >= 16 || (count > 1 && *text == '0')) return false;
     std::uint64_t magnitude = 0;
     if (!scanDigits(text, count > 8 ? count - 8 : count, magnitude)) return false;

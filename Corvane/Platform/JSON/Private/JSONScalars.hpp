@@ -112,11 +112,24 @@ template <std::size_t Size>
         std::string_view raw;
         if (!rawText(tokens, raw) || (hasEscape(raw) && !hasOnlySimpleEscapes(raw))) return false;
     } else if (first == '-' || isDigit(first)) {
-        if (double ignored = 0; !scanShortDecimal(tokens.begin(), ignored)) return false;
+        const bool isDigitAlone = tokens.limit() == tokens.begin() + 1 && first != '-';
+        if (double ignored = 0; !isDigitAlone && !scanShortDecimal(tokens.begin(), ignored)) return false;
     } else if (!isLiteral(tokens, "null") && !isLiteral(tokens, "true") && !isLiteral(tokens, "false")) {
         return false;
     }
     tokens.pass();
+    return true;
+}
+
+/// Passes an array of such scalars.
+[[nodiscard, gnu::always_inline]] inline bool passPlainArray(JSONTokens& tokens) noexcept {
+    JSONTokens inside = tokens;
+    if (!inside.take('[')) return false;
+    do {
+        if (!passPlainScalar(inside)) return false;
+    } while (inside.take(','));
+    if (!inside.take(']')) return false;
+    tokens = inside;
     return true;
 }
 
