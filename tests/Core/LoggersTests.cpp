@@ -9,7 +9,7 @@
 namespace corvane {
 
 TEST(Loggers, AreOnePerCategoryOfOneSubsystem) {
-    const std::pair<const Logger&, std::string_view> cases[] = {
+    const std::pair<Logger, std::string_view> cases[] = {
         {Loggers::command(), "Command"},
         {Loggers::concurrency(), "Concurrency"},
         {Loggers::decoding(), "Decoding"},

@@ -93,6 +93,7 @@ TEST(NetworkNamespaceTest, OutlivesTheLossOfItsDescriptors) {
     const auto path = NetworkPath::make(internet).value();
     const auto loopback = NetworkPath::make(*SocketAddress::parse("127.0.0.1")).value();
     for (const bool isKnown : {false, true}) {
+        if (!DescriptorShortage::isPossible) break;
         ASSERT_TRUE(!isKnown || loopback->flags());
         const DescriptorShortage shortage;
         ASSERT_FALSE(path->flags()) << "its link may be a modem";
