@@ -91,6 +91,7 @@ TEST(CommandWith, RunsWhereItBelongsAndSaysSo) {
         expect(4, row.fromElsewhere, row.lineFromElsewhere, places);
 
         silent[i].perform(5, performed);
+        clock.settle();
         spawn(silent[i].performAndWait(5, performed));
         clock.settle();
         EXPECT_EQ(std::exchange(notes, {}).size(), 2U);
